@@ -1,0 +1,61 @@
+#include "base/dates.h"
+
+#include <chrono>
+#include <string_view>
+
+#include "base/text.h"
+
+namespace kavorix {
+
+namespace {
+
+std::chrono::sys_days to_days(const WallTime& time) {
+    return std::chrono::year{time.year} / time.month / time.day;
+}
+
+}  // namespace
+
+std::string general_date(const WallTime& time) {
+    std::string year = std::to_string(time.year);
+    while (year.size() < 4) year.insert(year.begin(), '0');
+    return year + "-" + two_digits(time.month) + "-" + two_digits(time.day) + " " +
+           two_digits(time.hour) + ":" + two_digits(time.minute) + ":" + two_digits(time.second);
+}
+
+std::string month_name(int month) {
+    constexpr std::string_view Names = "JanFebMarAprMayJunJulAugSepOctNovDec";
+    if (month < 1 || month > 12) return {};
+    return std::string(Names.substr(static_cast<std::size_t>(month - 1) * 3, 3));
+}
+
+WallTime add_days(const WallTime& time, int days) {
+    const std::chrono::year_month_day date{to_days(time) + std::chrono::days{days}};
+    WallTime result = time;
+    result.year = static_cast<int>(date.year());
+    result.month = static_cast<int>(static_cast<unsigned>(date.month()));
+    result.day = static_cast<int>(static_cast<unsigned>(date.day()));
+    return result;
+}
+
+WallTime add_milliseconds(const WallTime& time, long long milliseconds) {
+    constexpr long long Day = 24LL * 60 * 60 * 1000;
+    long long of_day =
+        ((time.hour * 60LL + time.minute) * 60 + time.second) * 1000 + time.millisecond;
+    of_day += milliseconds % Day;
+    int days = static_cast<int>(milliseconds / Day);
+    if (of_day < 0) {
+        of_day += Day;
+        --days;
+    } else if (of_day >= Day) {
+        of_day -= Day;
+        ++days;
+    }
+    WallTime result = add_days(time, days);
+    result.millisecond = static_cast<int>(of_day % 1000);
+    result.second = static_cast<int>(of_day / 1000 % 60);
+    result.minute = static_cast<int>(of_day / 60000 % 60);
+    result.hour = static_cast<int>(of_day / 3600000);
+    return result;
+}
+
+}  // namespace kavorix
