@@ -31,4 +31,40 @@ class Windows {
     virtual void show_stream0() = 0;
 };
 
+class Operations : public MainWindow {
+  public:
+    struct Surroundings {
+        CommandLink::Surroundings link;
+        Configuration& configuration;
+        CommandLink& command_link;
+        Discovery& discovery;
+        Windows& windows;
+        std::function<void()> transmit_config;  // each selected pod its configuration
+        std::function<void()> exit;             // ExitKAVORIX
+    };
+    explicit Operations(const Surroundings& surroundings);
+
+    // Runs a menu command. Nothing happens when its item is disabled.
+    void run(Command command);
+
+    void cmdTrig_Click();
+    void cmdHalt_Click();
+    void cmdTransmit_Click();
+    void cmdConfig_Click();
+    void cmdDefault_Click();
+    void cmdSelectAll_Click();
+    void cmdClear_Click();
+    void img_ZAV_Click(int pod);
+    void img_4A_Click();
+    void pnlErr_DblClick();
+    void pnlButton_DblClick(int stream);
+    void mnuOperate_Click();  // the menu is about to open
+    void unload_request();    // the window is asked to close; it stays open until the program ends
+
+    void ConfigItems(std::int16_t mode) override;
+    void CheckItems() override;
+    void ClearScreen() override;
+    void StatusRefresh() override;
+};
+
 }  // namespace kavorix
