@@ -174,13 +174,8 @@ void Discovery::Initialise() {
 }
 
 void Discovery::enable_operations(bool enabled) {
-    MainScreen& screen = with_.screen;
-    for (MenuItem* menu : {&screen.mnuOperate, &screen.mnuView, &screen.mnuLogging,
-                           &screen.mnuTrend, &screen.mnuOptions})
-        menu->enabled = enabled;
-    for (Button* button : {&screen.cmdTrig, &screen.cmdHalt, &screen.cmdTransmit, &screen.cmdConfig,
-                           &screen.cmdDefault, &screen.cmdSelectAll, &screen.cmdClear})
-        button->enabled = enabled;
+    with_.run_time.Link.OperationsEnabled = enabled ? 1 : 0;
+    with_.main_window.CheckItems();
 }
 
 void Discovery::GetStatus(std::int16_t mode) {
