@@ -63,6 +63,9 @@ class Stream0View : public GridSource {
 
     bool multi_view() const { return multi_view_; }
 
+    // Labels or units of the configuration have changed.
+    void configuration_changed() { ++layout_; }
+
     // At the poll boundary: finds the rows that changed.
     void refresh();
 
@@ -78,16 +81,21 @@ class Stream0View : public GridSource {
         std::int16_t channel = 0;
         bool changed = false;
     };
-    // What the view last showed for a channel.
+    // What the view last showed of a channel.
     struct Shown {
         float reading = 0;
+        float peak_min = 0;
+        float peak_max = 0;
         std::int16_t code = 0;
+        std::int16_t seen = 0;
+        bool same_as(const Shown& other) const;
     };
 
     void rebuild();
     void show_heading();
     bool rows_outdated() const;
-    bool differs(const Row& row) const;
+    Shown& shown(const Row& row);
+    Shown current(const Row& row) const;
     void reset_peaks(bool maximum);
 
     RunTime& run_time_;
