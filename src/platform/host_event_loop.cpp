@@ -74,7 +74,8 @@ long long HostEventLoop::now() const {
 void HostEventLoop::pass_time_until(long long moment) {
     // At least one look at the signals, also when events are always due.
     do {
-        take_signals(static_cast<int>(std::clamp(moment - now(), 0LL, LongestWait_ms)));
+        if (take_signals(static_cast<int>(std::clamp(moment - now(), 0LL, LongestWait_ms))))
+            return;
     } while (now() < moment);
 }
 
@@ -82,11 +83,12 @@ void HostEventLoop::nothing_pending() {
     take_signals(static_cast<int>(LongestWait_ms));
 }
 
-void HostEventLoop::take_signals(int longest_ms) {
+bool HostEventLoop::take_signals(int longest_ms) {
     pollfd descriptor{signals_, POLLIN, 0};
-    if (::poll(&descriptor, 1, longest_ms) <= 0) return;
+    if (::poll(&descriptor, 1, longest_ms) <= 0) return false;
     signalfd_siginfo signal{};
     while (::read(signals_, &signal, sizeof signal) == sizeof signal) on_interrupt_();
+    return true;
 }
 
 }  // namespace kavorix
