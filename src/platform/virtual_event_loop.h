@@ -31,6 +31,8 @@ class VirtualEventLoop : public EventLoop {
     // has events; without one the clock moves on by `longest_ms`.
     void process_events(int longest_ms) override;
 
+    void block(int ms) override { advance(ms > 0 ? ms : 0); }
+
     // Runs everything that falls due in the next `ms` and leaves the clock at their end.
     void run_for(long long ms);
 
