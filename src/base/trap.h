@@ -30,8 +30,8 @@ class FailureReporter {
                                           std::string_view location) = 0;
 };
 
-// Runs `body` and returns its result; any exception but ProgramEnded goes to `reporter` under the
-// trace name `location`, for example trapped(reporter, "TX/TXString", [&] { ... }).
+// Runs `body` and returns its result; any std::exception goes to `reporter` under the trace name
+// `location`, for example trapped(reporter, "TX/TXString", [&] { ... }).
 template <class Body>
 decltype(auto) trapped(FailureReporter& reporter, std::string_view location, Body&& body) {
     try {
