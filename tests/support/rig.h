@@ -33,6 +33,10 @@ class RecordingMainWindow : public MainWindow {
         calls.push_back("CheckItems");
         if (target) target->CheckItems();
     }
+    void IconReverse(int pod) override {
+        calls.push_back("IconReverse " + std::to_string(pod));
+        if (target) target->IconReverse(pod);
+    }
     void ClearScreen() override {
         calls.push_back("ClearScreen");
         if (target) target->ClearScreen();
