@@ -20,10 +20,11 @@ std::string with_log_line_breaks(std::string_view text) {
 
 }  // namespace
 
-ErrorLog::ErrorLog(Files& files, const EventLoop& loop, const std::string& directory)
-    : files_(files), loop_(loop), path_(join_path(directory, "ERR_LOG.TXT")) {}
+ErrorLog::ErrorLog(Files& files, const EventLoop& loop, const std::string& directory, bool keep)
+    : files_(files), loop_(loop), path_(join_path(directory, "ERR_LOG.TXT")), keep_(keep) {}
 
 void ErrorLog::open() {
+    if (!keep_) return;
     file_ = files_.open(path_, OpenMode::Create);
     write_line(general_date(loop_.wall_time()));
     write_line("");
@@ -40,10 +41,11 @@ void ErrorLog::close() {
 }
 
 void ErrorLog::remove() {
-    if (files_.exists(path_)) files_.remove(path_);
+    if (keep_ && files_.exists(path_)) files_.remove(path_);
 }
 
 void ErrorLog::append_last_words(std::string_view text) {
+    if (!keep_) return;
     close();
     const auto file = files_.open(path_, OpenMode::Append);
     file->write(with_log_line_breaks(text) + "\r\n");
