@@ -30,8 +30,14 @@ class FailureReporter {
                                           std::string_view location) = 0;
 };
 
-// Runs `body` and returns its result; any exception but ProgramEnded goes to `reporter` under the
-// trace name `location`, for example trapped(reporter, "TX/TXString", [&] { ... }).
+[[noreturn]] inline void report_and_end(FailureReporter& reporter, int number,
+                                        std::string_view description, std::string_view location) {
+    reporter.ReportError(static_cast<std::int16_t>(number), description, location);
+    throw ProgramEnded{1};  // for compilers that do not follow [[noreturn]] through a virtual call
+}
+
+// Runs `body` and returns its result; any std::exception goes to `reporter` under the trace name
+// `location`, for example trapped(reporter, "TX/TXString", [&] { ... }).
 template <class Body>
 decltype(auto) trapped(FailureReporter& reporter, std::string_view location, Body&& body) {
     try {
@@ -39,13 +45,12 @@ decltype(auto) trapped(FailureReporter& reporter, std::string_view location, Bod
     } catch (const ProgramEnded&) {
         throw;
     } catch (const std::system_error& failure) {
-        reporter.ReportError(static_cast<std::int16_t>(failure.code().value()), failure.what(),
-                             location);
+        report_and_end(reporter, failure.code().value(), failure.what(), location);
     } catch (const std::bad_alloc& failure) {
-        reporter.ReportError(static_cast<std::int16_t>(std::errc::not_enough_memory),
-                             failure.what(), location);
+        report_and_end(reporter, static_cast<int>(std::errc::not_enough_memory), failure.what(),
+                       location);
     } catch (const std::exception& failure) {
-        reporter.ReportError(0, failure.what(), location);
+        report_and_end(reporter, 0, failure.what(), location);
     }
 }
 

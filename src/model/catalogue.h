@@ -44,6 +44,8 @@ struct Option {
     std::string_view text;
 };
 
+inline constexpr std::int16_t DigitalStatus = 70;  // mode of a digital input
+
 constexpr bool is_strain_mode(std::int16_t mode) {
     return mode >= 60 && mode <= 67;
 }

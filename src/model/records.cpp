@@ -76,7 +76,7 @@ void default_ZAV_config(PodConfig& pod, std::int16_t typeNumber, std::int16_t se
     for (auto& equation : pod.PostLinEquation) equation = {};
     for (std::size_t slot = 0; slot < 2; ++slot) {
         pod.AlarmGroup[slot] = {};
-        pod.AlarmGroup[slot].OutputState = 2;
+        pod.AlarmGroup[slot].OutputState = GroupOff;
     }
 }
 

@@ -20,6 +20,7 @@ inline constexpr int Coefficients = 6;     // 0..5 of a 5th-order polynomial
 inline constexpr std::size_t MaxLabel = 15;
 inline constexpr std::size_t MaxUnit = 5;
 inline constexpr std::int16_t TableOn = -1;  // `Enabled` of UserTherm and PostLinEquation when on
+inline constexpr std::int16_t GroupOff = 2;  // `OutputState` of an alarm group that is disabled
 
 // Pod type numbers.
 enum PodType : std::int16_t {
@@ -85,7 +86,7 @@ struct PostLinEquation {
 };
 
 struct AlarmGroup {
-    std::int16_t OutputState = 0;  // 0 = disassert output, 1 = assert output, 2 = off
+    std::int16_t OutputState = 0;  // 0 = disassert output, 1 = assert output, 2 = GroupOff
     std::array<std::int16_t, AlarmGroupChannels> High{};
     std::array<std::int16_t, AlarmGroupChannels> Low{};
     bool operator==(const AlarmGroup&) const = default;

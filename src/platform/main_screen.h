@@ -37,7 +37,6 @@ using PodLabels = std::array<Label, MaxZavs>;
 
 struct MainScreen {
     std::string caption = "KAVORIXER";
-    bool busy_pointer = false;
 
     Label lblMsg;
 

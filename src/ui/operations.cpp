@@ -1,0 +1,374 @@
+#include "ui/operations.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "acquire/poll_cycle.h"
+#include "base/text.h"
+#include "model/catalogue.h"
+
+namespace kavorix {
+
+namespace {
+
+constexpr std::size_t DiscardedReplyLength = 10;
+
+// The trace name of a menu command's handler.
+std::string_view handler_name(Command command) {
+    if (command <= Command::Exit) return "frmMain/mnuConfigItem_Click";
+    if (command <= Command::TxCommand) return "frmMain/mnuOperateItem_Click";
+    if (command <= Command::ViewStatus) return "frmMain/mnuViewItem_Click";
+    if (command <= Command::StopBothLogs) return "frmMain/mnuLoggingItem_Click";
+    if (command <= Command::ViewGraph) return "frmMain/mnuTrendItem_Click";
+    if (command <= Command::TransmitReminder) return "frmMain/mnuOptionsItem_Click";
+    if (command <= Command::PrinterSetup) return "frmMain/mnuUtilitiesItem_Click";
+    return "frmMain/mnuAbout_Click";
+}
+
+// The state of the same pod when its selection changes.
+std::int16_t with_selection(std::int16_t state, bool selected) {
+    switch (state) {
+        case Resting:
+        case SelectedResting:
+            return selected ? SelectedResting : Resting;
+        case DataArrived:
+        case SelectedDataArrived:
+            return selected ? SelectedDataArrived : DataArrived;
+        case LoggingResting:
+        case SelectedLoggingResting:
+            return selected ? SelectedLoggingResting : LoggingResting;
+        case LoggingDataArrived:
+        case SelectedLoggingDataArrived:
+            return selected ? SelectedLoggingDataArrived : LoggingDataArrived;
+        default:
+            return state;
+    }
+}
+
+}  // namespace
+
+// While one is alive, the commands that send are not available.
+class Operations::Sending {
+  public:
+    explicit Sending(Operations& operations) : operations_(operations) {
+        operations_.sending_ = true;
+        operations_.CheckItems();
+    }
+    ~Sending() {
+        operations_.sending_ = false;
+        operations_.CheckItems();
+    }
+    Sending(const Sending&) = delete;
+    Sending& operator=(const Sending&) = delete;
+
+  private:
+    Operations& operations_;
+};
+
+Operations::Operations(const Surroundings& surroundings)
+    : with_(surroundings),
+      run_time_(surroundings.link.run_time),
+      screen_(surroundings.link.screen) {
+    fill_menu_captions(screen_);
+    screen_.mnuOptionsItem[0].checked = true;
+    screen_.mnuTransmitRem.checked = true;
+    for (int stream = 0; stream < StreamCount; ++stream) {
+        const std::string digit = std::to_string(stream);
+        screen_.pnlButton[at(stream)].caption = "Stream " + digit;
+        screen_.lbl1Strm[at(stream)].caption = digit;
+        screen_.lbl2Strm[at(stream)].caption = digit;
+    }
+    register_own_commands();
+}
+
+void Operations::register_own_commands() {
+    on(Command::Trigger, [this] { trigger(); });
+    on(Command::Halt, [this] { halt(); });
+    on(Command::TransmitConfig, [this] { transmit_config(); });
+    on(Command::Delete, [this] { delete_configurations(); });
+    on(Command::DefaultContScan, [this] { default_cont_scan(); });
+    on(Command::Exit, with_.exit);
+    on(Command::EventCaptureOn, [this] { send("EV1;"); });
+    on(Command::EventCaptureOff, [this] { send("EV0;"); });
+    on(Command::ViewStream0, [this] { with_.windows.show_stream0(); });
+    on(Command::DefaultScreen, [this] { show_screen(false); });
+    on(Command::ExpandScreen, [this] { show_screen(true); });
+    on(Command::SelectAll, [this] { select_all(); });
+    on(Command::Stream3AutoClear, [this] { toggle_stream3_auto_clear(); });
+    on(Command::TransmitReminder,
+       [this] { screen_.mnuTransmitRem.checked = !screen_.mnuTransmitRem.checked; });
+    on(Command::About, [this] { show_about(); });
+}
+
+void Operations::on(Command command, std::function<void()> action) {
+    actions_[static_cast<std::size_t>(command)] = std::move(action);
+}
+
+template <class Action>
+void Operations::handler(std::string_view name, Action&& action) {
+    trapped(with_.link.failures, name, std::forward<Action>(action));
+}
+
+void Operations::run(Command command) {
+    if (!available(command)) return;
+    handler(handler_name(command), [&] { actions_[static_cast<std::size_t>(command)](); });
+}
+
+void Operations::send(std::string command_string) {
+    const Sending sending(*this);
+    run_time_.Link.CommandString = std::move(command_string);
+    with_.command_link.TXString();
+}
+
+void Operations::trigger() {
+    send("TR;");
+    LinkState& link = run_time_.Link;
+    for (int pod = 0; pod < MaxZavs; ++pod)
+        if (link.PollTable.InPollTable[at(pod)] == 1 && link.ZavSelected[at(pod)] == 1)
+            link.Triggered[at(pod)] = 1;
+}
+
+void Operations::halt() {
+    LinkState& link = run_time_.Link;
+    send("HA;");
+    // What the pods still had to give has been read while the halt was waited for.
+    for (int pod = 0; pod < MaxZavs; ++pod)
+        if (link.PollTable.InPollTable[at(pod)] == 1 && link.ZavSelected[at(pod)] == 1)
+            link.Triggered[at(pod)] = 0;
+    if (link.ContScanning == 0 && run_time_.Log.ScanLogging == 0 && run_time_.Log.EventLogging == 0)
+        ConfigItems(1);
+}
+
+void Operations::transmit_config() {
+    const Sending sending(*this);
+    with_.transmit_config();
+}
+
+bool Operations::confirmed(std::string_view text) {
+    return with_.link.dialogs.Msg_Box(text, box::OkCancel | box::Question, ProgramName) ==
+           Answer::Ok;
+}
+
+void Operations::delete_configurations() {
+    if (!confirmed("Configurations for the Selected ZAV(s) will be Deleted")) return;
+    with_.link.message_line.DispMsg(" Configuration(s) Deleted", Colour::Blue);
+    for (int pod = 0; pod < MaxZavs; ++pod)
+        if (run_time_.Link.ZavSelected[at(pod)] == 1)
+            default_ZAV_config(with_.configuration.ZavConfig[at(pod)],
+                               GetZAVTypeCode(run_time_.Status[at(pod)].type_code()), 0);
+}
+
+void Operations::default_cont_scan() {
+    if (!confirmed("Selected ZAV(s) will be Set to:  'Default, Continuous Scan'")) return;
+    for (int pod = 0; pod < MaxZavs; ++pod) {
+        if (run_time_.Link.ZavSelected[at(pod)] != 1) continue;
+        PodConfig& config = with_.configuration.ZavConfig[at(pod)];
+        default_ZAV_config(config, GetZAVTypeCode(run_time_.Status[at(pod)].type_code()), 1);
+        config.ContScan = 1;
+        config.Setup = 1;
+    }
+    send("RE;SE;CO;");
+    with_.configuration.ConfigChanged = 1;
+}
+
+void Operations::set_selected(int pod, bool selected) {
+    LinkState& link = run_time_.Link;
+    link.ZavSelected[at(pod)] = selected ? 1 : 0;
+    IconReverse(pod);
+}
+
+void Operations::IconReverse(int pod) {
+    PodStatus& status = run_time_.Status[at(pod)];
+    status.IconState = with_selection(status.IconState, run_time_.Link.ZavSelected[at(pod)] == 1);
+    screen_.img_ZAV[at(pod)].picture = picture_of(status.IconState);
+}
+
+void Operations::select_all() {
+    LinkState& link = run_time_.Link;
+    const bool selecting = link.AllSelected == 0;
+    link.NumSelected = 0;
+    link.AllSelected = selecting ? 1 : 0;
+    for (int pod = 0; pod < MaxZavs; ++pod) {
+        if (link.PollTable.InPollTable[at(pod)] != 1) continue;
+        set_selected(pod, selecting);
+        if (selecting) ++link.NumSelected;
+    }
+    CheckItems();
+}
+
+void Operations::img_ZAV_Click(int pod) {
+    handler("frmMain/img_ZAV_Click", [&] {
+        LinkState& link = run_time_.Link;
+        if (link.PollTable.InPollTable[at(pod)] != 1) return;
+        const bool selecting = link.ZavSelected[at(pod)] == 0;
+        set_selected(pod, selecting);
+        link.NumSelected = static_cast<std::int16_t>(link.NumSelected + (selecting ? 1 : -1));
+        CheckItems();
+    });
+}
+
+void Operations::img_4A_Click() {
+    handler("frmMain/img_4A_Click", [&] {
+        LinkState& link = run_time_.Link;
+        if (!screen_.img_4A.visible) return;
+        link.InterfaceSelected = link.InterfaceSelected == 1 ? 0 : 1;
+        screen_.img_4A.picture = link.InterfaceSelected == 1 ? Picture::img4A : Picture::img14A;
+        CheckItems();
+    });
+}
+
+void Operations::cmdConfig_Click() {
+    handler("frmMain/cmdConfig_Click", [&] {
+        const LinkState& link = run_time_.Link;
+        if (link.InterfaceSelected == 1)
+            run(Command::InterfaceCard);
+        else if (link.NumSelected == 1)
+            run(Command::ZavSetup);
+        else
+            with_.link.dialogs.Msg_Box(link.NumSelected < 1
+                                           ? "Select either Interface or ZAV Icon for Configuration"
+                                           : "More than 1 ZAV Icon Selected for Configuration",
+                                       box::Exclamation, ProgramName);
+    });
+}
+
+void Operations::cmdDefault_Click() {
+    handler("frmMain/cmdDefault_Click", [&] { show_screen(!screen_.expanded); });
+}
+
+void Operations::show_screen(bool expanded) {
+    screen_.expanded = expanded;
+    screen_.mnuOptionsItem[0].checked = !expanded;
+    screen_.mnuOptionsItem[1].checked = expanded;
+}
+
+void Operations::cmdClear_Click() {
+    handler("frmMain/cmdClear_Click", [&] {
+        screen_.lblMsg.caption.clear();
+        for (int pod = 0; pod < MaxZavs; ++pod)
+            if (screen_.img_ZAV[at(pod)].picture == Picture::img1ZAV_E ||
+                run_time_.Status[at(pod)].ErrorFlag == 1)
+                clear_pod_error(pod);
+        screen_.pnlErr.caption.clear();
+        CheckItems();
+        with_.link.dialogs.message_box(
+            "You will need to re-transmit the configuration to the ZAV(s) which had errors.",
+            box::Information, "Clear ZAV Errors");
+    });
+}
+
+void Operations::clear_pod_error(int pod) {
+    LinkState& link = run_time_.Link;
+    std::array<char, DiscardedReplyLength> discarded{};
+    for (std::int16_t stream = 0; stream < StreamCount; ++stream)
+        with_.link.driver.Zav_String(static_cast<std::int16_t>(pod + 1), stream, discarded,
+                                     with_.configuration.Interface.CardHandle);
+    if (std::exchange(link.PollTable.InPollTable[at(pod)], std::int16_t{1}) != 1)
+        ++link.PollTable.NumInPoll;
+    if (link.ZavSelected[at(pod)] == 1) --link.NumSelected;
+    run_time_.Status[at(pod)].ErrorFlag = 0;
+    run_time_.Status[at(pod)].IconState = Resting;
+    set_selected(pod, false);
+}
+
+void Operations::toggle_stream3_auto_clear() {
+    std::int16_t& auto_clear = run_time_.Poll.Stream3AutoClear;
+    auto_clear = auto_clear == 1 ? 0 : 1;
+    screen_.mnuOptionsItem[5].checked = auto_clear == 1;
+    for (int pod = 0; pod < MaxZavs; ++pod) {
+        run_time_.Status[at(pod)].StreamSeen[TextStream] = 0;
+        screen_.lblStrm3[at(pod)].caption = "-";
+    }
+}
+
+void Operations::show_about() {
+    const auto& version = run_time_.Link.DllVersion;
+    const std::string_view driver(version.data(), version.size());
+    with_.windows.show_about({"About " + std::string(ProgramName), std::string(ProgramName),
+                              "Model 7260", "Version  " + with_.version,
+                              std::string(trim(driver.substr(0, driver.find('\0'))))});
+}
+
+void Operations::pnlErr_DblClick() {
+    screen_.pnlErr.caption.clear();
+}
+
+void Operations::pnlButton_DblClick(int stream) {
+    constexpr std::array Views = {Command::ViewStream0, Command::ViewStream1, Command::ViewStream2,
+                                  Command::ViewStream3};
+    run(Views[at(stream)]);
+}
+
+void Operations::unload_request() {
+    handler("frmMain/Form_QueryUnload", [&] { with_.exit(); });
+}
+
+StationState Operations::state() const {
+    StationState state = station_state(run_time_);
+    state.config_commands = config_commands_;
+    state.sending = sending_ || with_.command_link.transmitting();
+    return state;
+}
+
+bool Operations::available(Command command) const {
+    return actions_[static_cast<std::size_t>(command)] && is_available(command, state());
+}
+
+void Operations::ConfigItems(std::int16_t mode) {
+    config_commands_ = mode != 0;
+    show_availability();
+}
+
+void Operations::CheckItems() {
+    const LinkState& link = run_time_.Link;
+    if (link.OperationsEnabled == 1 && link.ContScanning == 0 && run_time_.Log.ScanLogging == 0 &&
+        run_time_.Log.EventLogging == 0)
+        config_commands_ = true;
+    show_availability();
+}
+
+void Operations::show_availability() {
+    const StationState now = state();
+    show_menu(menu_bar());
+    for (MenuItem* menu :
+         {&screen_.mnuOperate, &screen_.mnuLogging, &screen_.mnuTrend, &screen_.mnuOptions})
+        menu->enabled = now.operations;
+    screen_.mnuView.enabled = view_menu_available(now);
+
+    screen_.cmdTrig.enabled = available(Command::Trigger);
+    screen_.cmdHalt.enabled = available(Command::Halt);
+    screen_.cmdTransmit.enabled = available(Command::TransmitConfig);
+    screen_.cmdConfig.enabled = now.operations && now.selection() &&
+                                (available(Command::InterfaceCard) || available(Command::ZavSetup));
+    screen_.cmdDefault.enabled = now.operations;
+    screen_.cmdSelectAll.enabled = available(Command::SelectAll);
+    screen_.cmdClear.enabled = now.operations;
+}
+
+void Operations::show_menu(std::span<const MenuEntry> entries) {
+    for (const MenuEntry& entry : entries) {
+        if (entry.separator()) continue;
+        if (entry.command != Command::None) entry.item(screen_).enabled = available(entry.command);
+        show_menu(entry.children);
+    }
+}
+
+void Operations::ClearScreen() {
+    for (int pod = 0; pod < MaxZavs; ++pod) {
+        screen_.img_ZAV[at(pod)] = Icon{};
+        screen_.lblZAVType[at(pod)] = Label{};
+        screen_.lblZAVType[at(pod)].visible = false;
+        for (int stream = 0; stream < StreamCount; ++stream)
+            screen_.lblStrm(stream)[at(pod)].caption = "-";
+    }
+}
+
+void Operations::StatusRefresh() {
+    for (Label* panel :
+         {&screen_.pnlContScan, &screen_.pnlErr, &screen_.pnlPollCnt, &screen_.pnlBars})
+        *panel = Label{};
+    screen_.pnlStatus.caption =
+        screen_.img_4A.visible ? "Card " + hex16(with_.configuration.Interface.CardAddress) : "";
+}
+
+}  // namespace kavorix

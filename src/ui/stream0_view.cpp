@@ -1,0 +1,192 @@
+#include "ui/stream0_view.h"
+
+#include <bit>
+#include <utility>
+
+#include "acquire/result_codes.h"
+#include "base/text.h"
+#include "model/catalogue.h"
+
+namespace kavorix {
+
+namespace {
+
+enum Column { ChannelColumn, ValueColumn, LabelColumn, UnitColumn, PeakMinColumn, PeakMaxColumn };
+
+bool same_bits(float a, float b) {
+    return std::bit_cast<std::uint32_t>(a) == std::bit_cast<std::uint32_t>(b);
+}
+
+// Rows of a pod: as many as its last record had, before the first one as many as its type has.
+int channels_shown(const PodStatus& status) {
+    return status.StreamSeen[ReadingStream] == 1 ? status.usable_channels() : status.Channels;
+}
+
+}  // namespace
+
+Stream0View::Stream0View(RunTime& run_time, const Configuration& configuration)
+    : run_time_(run_time), configuration_(configuration) {}
+
+void Stream0View::load() {
+    pods_.clear();
+    screen.cboView.entries.clear();
+    for (int pod = 0; pod < MaxZavs; ++pod) {
+        if (run_time_.Link.ZavSelected[at(pod)] != 1) continue;
+        pods_.push_back(static_cast<std::int16_t>(pod));
+        PodStatus& status = run_time_.Status[at(pod)];
+        screen.cboView.entries.push_back(
+            {two_digits(pod + 1) + " - " + std::string(status.type_code()), pod});
+        // The multi view starts with every channel of a pod for which none was chosen.
+        if (status.ViewChannel == ChannelFlags{}) status.ViewChannel.fill(1);
+    }
+    if (!screen.cboView.select_code(run_time_.Poll.ViewedZav) && !pods_.empty()) {
+        screen.cboView.index = 0;
+        run_time_.Poll.ViewedZav = pods_.front();
+    }
+    run_time_.Poll.ViewOpen[ReadingStream] = 1;
+    rebuild();
+    refresh();
+}
+
+void Stream0View::unload() {
+    run_time_.Poll.ViewOpen[ReadingStream] = 0;
+}
+
+void Stream0View::cboView_Click(int list_index) {
+    if (list_index < 0 || list_index >= static_cast<int>(pods_.size())) return;
+    screen.cboView.index = list_index;
+    run_time_.Poll.ViewedZav = pods_[at(list_index)];
+    rebuild();
+}
+
+void Stream0View::cmdToggle_Click() {
+    multi_view_ = !multi_view_;
+    rebuild();
+}
+
+void Stream0View::cmdMin_Click() {
+    reset_peaks(false);
+}
+
+void Stream0View::cmdMax_Click() {
+    reset_peaks(true);
+}
+
+void Stream0View::reset_peaks(bool maximum) {
+    PodStatus& status = run_time_.Status[at(run_time_.Poll.ViewedZav)];
+    (maximum ? status.PeakMax : status.PeakMin).fill(maximum ? NoPeakMax : NoPeakMin);
+    (maximum ? status.MaxChanged : status.MinChanged).fill(0);
+    refresh();
+}
+
+void Stream0View::rebuild() {
+    show_heading();
+    rows_.clear();
+    changed_.clear();
+    for (const std::int16_t pod : pods_) {
+        if (!multi_view_ && pod != run_time_.Poll.ViewedZav) continue;
+        const PodStatus& status = run_time_.Status[at(pod)];
+        for (int channel = 0; channel < channels_shown(status); ++channel)
+            if (!multi_view_ || status.ViewChannel[at(channel)] == 1)
+                rows_.push_back({pod, static_cast<std::int16_t>(channel), false});
+    }
+    for (Row& row : rows_) shown(row) = current(row);
+    ++layout_;
+}
+
+void Stream0View::show_heading() {
+    const int pod = run_time_.Poll.ViewedZav;
+    screen.lblZAV.caption = multi_view_ ? " Multi View:" : "Viewing ZAV:";
+    screen.lblNum.caption = multi_view_ ? "ON" : two_digits(pod + 1);
+    const std::string_view code = run_time_.Status[at(pod)].type_code();
+    const PodTypeRow& type = pod_type(GetZAVTypeCode(code));
+    screen.lblType1.caption =
+        multi_view_ ? "" : std::string(type.type == NoDevice ? code : type.description);
+    screen.cmdToggle.caption = multi_view_ ? "&Single View <--" : "--> &Multi View";
+    screen.cmdToggle.tool_tip = multi_view_ ? "Show one pod" : "Show all selected pods";
+    screen.cboView.enabled = !multi_view_;
+    headings_ = {
+        multi_view_ ? "ZAV  Chan" : "Chan", "Value", "Label", "Unit", "Peak Min", "Peak Max"};
+}
+
+Stream0View::Shown& Stream0View::shown(const Row& row) {
+    return shown_[at(row.pod)][at(row.channel)];
+}
+
+Stream0View::Shown Stream0View::current(const Row& row) const {
+    const PodStatus& status = run_time_.Status[at(row.pod)];
+    const auto channel = at(row.channel);
+    return {status.Reading[channel], status.PeakMin[channel], status.PeakMax[channel],
+            status.ResultCode[channel], status.StreamSeen[ReadingStream]};
+}
+
+bool Stream0View::Shown::same_as(const Shown& other) const {
+    return same_bits(reading, other.reading) && same_bits(peak_min, other.peak_min) &&
+           same_bits(peak_max, other.peak_max) && code == other.code && seen == other.seen;
+}
+
+bool Stream0View::rows_outdated() const {
+    std::size_t expected = 0;
+    for (const std::int16_t pod : pods_) {
+        if (!multi_view_ && pod != run_time_.Poll.ViewedZav) continue;
+        const PodStatus& status = run_time_.Status[at(pod)];
+        for (int channel = 0; channel < channels_shown(status); ++channel)
+            if (!multi_view_ || status.ViewChannel[at(channel)] == 1) ++expected;
+    }
+    return expected != rows_.size();
+}
+
+void Stream0View::refresh() {
+    screen.lblUpdateNum.caption = std::to_string(run_time_.Poll.PollCount);
+    if (rows_outdated()) {
+        rebuild();
+        return;
+    }
+    for (std::size_t i = 0; i < rows_.size(); ++i) {
+        Row& row = rows_[i];
+        const Shown now = current(row);
+        if (shown(row).same_as(now)) continue;
+        shown(row) = now;
+        if (!std::exchange(row.changed, true)) changed_.push_back(static_cast<int>(i));
+    }
+}
+
+std::vector<int> Stream0View::take_changed_rows() {
+    for (const int row : changed_) rows_[at(row)].changed = false;
+    return std::exchange(changed_, {});
+}
+
+GridCell Stream0View::cell(int row_index, int column) const {
+    const Row& row = rows_[at(row_index)];
+    const PodStatus& status = run_time_.Status[at(row.pod)];
+    const ChannelConfig& config = configuration_.ZavConfig[at(row.pod)].Channel[at(row.channel)];
+    const Shown& shown = shown_[at(row.pod)][at(row.channel)];
+    const std::int16_t decimals = decimals_of(status.type_code(), row.channel + 1);
+    switch (column) {
+        case ChannelColumn:
+            return {multi_view_ ? two_digits(row.pod + 1) + "   " + two_digits(row.channel + 1)
+                                : two_digits(row.channel + 1)};
+        case ValueColumn:
+            if (shown.seen != 1) return {};
+            if (shown.code > HighestValidCode)
+                return {std::string(
+                            DispZAVErr(static_cast<std::int16_t>(shown.code - HighestValidCode))),
+                        true};
+            return {FormatValue(shown.reading, decimals)};
+        case LabelColumn:
+            return {config.Label};
+        case UnitColumn:
+            return {config.Unit};
+        // A peak that was reset is empty until the next reading.
+        case PeakMinColumn:
+            if (shown.peak_min == NoPeakMin) return {};
+            return {FormatValue(shown.peak_min, decimals)};
+        case PeakMaxColumn:
+            if (shown.peak_max == NoPeakMax) return {};
+            return {FormatValue(shown.peak_max, decimals)};
+        default:
+            return {};
+    }
+}
+
+}  // namespace kavorix
