@@ -6,10 +6,11 @@
 
 namespace kavorix {
 
-ErrorLog::ErrorLog(Files& files, const EventLoop& loop, const std::string& directory)
-    : files_(files), loop_(loop), path_(join_path(directory, "ERR_LOG.TXT")) {}
+ErrorLog::ErrorLog(Files& files, const EventLoop& loop, const std::string& directory, bool keep)
+    : files_(files), loop_(loop), path_(join_path(directory, "ERR_LOG.TXT")), keep_(keep) {}
 
 void ErrorLog::open() {
+    if (!keep_) return;
     file_ = files_.open(path_, OpenMode::Create);
     write_line(general_date(loop_.wall_time()));
     write_line("");
@@ -26,10 +27,11 @@ void ErrorLog::close() {
 }
 
 void ErrorLog::remove() {
-    files_.remove(path_);
+    if (keep_) files_.remove(path_);
 }
 
 void ErrorLog::append_last_words(std::string_view text) {
+    if (!keep_) return;
     close();
     const auto file = files_.open(path_, OpenMode::Append);
     file->write(std::string(text) + "\r\n");

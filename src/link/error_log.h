@@ -19,7 +19,8 @@ inline constexpr std::string_view ProgramName = "KAVORIX";
 // Text lines ended by CR LF, in the order of what happened. On disk line by line.
 class ErrorLog {
   public:
-    ErrorLog(Files& files, const EventLoop& loop, const std::string& directory);
+    // keep false: nothing is ever written, for a short run that shows its errors only.
+    ErrorLog(Files& files, const EventLoop& loop, const std::string& directory, bool keep = true);
 
     // Makes the file anew and writes its header lines. Throws std::system_error.
     void open();
@@ -36,6 +37,7 @@ class ErrorLog {
     Files& files_;
     const EventLoop& loop_;
     std::string path_;
+    bool keep_;
     std::unique_ptr<File> file_;
 };
 

@@ -49,6 +49,9 @@ class EventLoop {
 
     // Lets the events flow that are due, waiting up to `longest_ms` for the first.
     virtual void process_events(int longest_ms) = 0;
+
+    // Lets `ms` pass without any event: for a driver call that has to wait. Up to 32767 ms.
+    virtual void block(int ms);
 };
 
 }  // namespace kavorix

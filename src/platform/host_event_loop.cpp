@@ -9,6 +9,7 @@
 #include <csignal>
 #include <ctime>
 #include <system_error>
+#include <thread>
 
 namespace kavorix {
 
@@ -52,6 +53,11 @@ std::uint32_t host_tick_count() {
         duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count());
 }
 
+// Loops that follow the real time wait in it.
+void EventLoop::block(int ms) {
+    if (ms > 0) std::this_thread::sleep_for(milliseconds(ms));
+}
+
 HostEventLoop::HostEventLoop(std::function<void()> on_interrupt)
     : on_interrupt_(std::move(on_interrupt)), start_(steady_clock::now()) {
     const sigset_t set = ending_signals();
@@ -74,7 +80,8 @@ long long HostEventLoop::now() const {
 void HostEventLoop::pass_time_until(long long moment) {
     // At least one look at the signals, also when events are always due.
     do {
-        take_signals(static_cast<int>(std::clamp(moment - now(), 0LL, LongestWait_ms)));
+        if (take_signals(static_cast<int>(std::clamp(moment - now(), 0LL, LongestWait_ms))))
+            return;
     } while (now() < moment);
 }
 
@@ -82,11 +89,12 @@ void HostEventLoop::nothing_pending() {
     take_signals(static_cast<int>(LongestWait_ms));
 }
 
-void HostEventLoop::take_signals(int longest_ms) {
+bool HostEventLoop::take_signals(int longest_ms) {
     pollfd descriptor{signals_, POLLIN, 0};
-    if (::poll(&descriptor, 1, longest_ms) <= 0) return;
+    if (::poll(&descriptor, 1, longest_ms) <= 0) return false;
     signalfd_siginfo signal{};
     while (::read(signals_, &signal, sizeof signal) == sizeof signal) on_interrupt_();
+    return true;
 }
 
 }  // namespace kavorix

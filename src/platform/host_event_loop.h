@@ -33,7 +33,8 @@ class HostEventLoop : public ScheduledEventLoop {
     void nothing_pending() override;
 
   private:
-    void take_signals(int longest_ms);
+    // Waits for a signal; false when none came.
+    bool take_signals(int longest_ms);
 
     std::function<void()> on_interrupt_;
     std::chrono::steady_clock::time_point start_;
