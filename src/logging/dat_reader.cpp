@@ -78,7 +78,13 @@ std::optional<DatItem> DatReader::read_item() {
     if (marker == HeaderMarker) return read_header();
     if (marker == ConfigurationMarker) return read_configuration();
     if (marker == UnfinishedMarker) skip_unfinished_block();
+    if (marker == 0) skip_filler();
     return std::nullopt;
+}
+
+// Passes over the zeros that the buffer holds, as far as they make whole singles.
+void DatReader::skip_filler() {
+    while (end_ - begin_ >= EntrySize && read_field<std::uint32_t>(at()) == 0) begin_ += EntrySize;
 }
 
 DatItem DatReader::read_header() {
