@@ -52,7 +52,7 @@ inline void put_one(std::string& out, std::string_view text) {
     out += text;
 }
 inline void put_one(std::string& out, float value) {
-    char text[MaxGeneralLength];
+    char text[GeneralBufferSize];
     out.append(text, write_general(value, text));
 }
 inline void put_one(std::string& out, int value) {
