@@ -57,7 +57,7 @@ TEST_F(LogFileTest, TheHeaderHasTheSpecifiedBytes) {
         "0500"
         "52756E2031"  // 1.0, scan, "Run 1"
         "00000040"
-        "7D263501"
+        "09253501"
         "0100"  // 2.0, 20260105, 1 pod
         "0300"
         "3753"
@@ -136,7 +136,7 @@ TEST_F(LogFileTest, AnEventRecordHoldsTheEventsOfThePods) {
     EXPECT_EQ(rig.status(1).StreamNew[EventStream], 0);
     EXPECT_THAT(
         read_log(files, EventPath).records,
-        ElementsAre(RecordRead{80000496, {1, 1, 51219, 134502, 701, 51220, 134502, 810, 7, -1}}));
+        ElementsAre(RecordRead{80001504, {1, 1, 51219, 134502, 701, 51220, 134502, 810, 7, -1}}));
 }
 
 // The writer as it is described: a block in memory that goes to the file when it is nearly full.

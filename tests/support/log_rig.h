@@ -6,6 +6,7 @@
 #include <array>
 #include <initializer_list>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -76,6 +77,11 @@ struct RecordRead {
     std::vector<float> values;
     bool operator==(const RecordRead&) const = default;
 };
+
+inline void PrintTo(const RecordRead& record, std::ostream* out) {
+    *out << static_cast<long long>(record.time) << ":";
+    for (const float value : record.values) *out << " " << value;
+}
 
 // A log file as the reader finds it.
 struct LogRead {
