@@ -39,6 +39,8 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
     app.add_option("--directory", common.directory,
                    "Program directory: settings file and error log")
         ->type_name("DIR");
+    app.add_option("--theme", common.theme, "Colours of the window")
+        ->check(CLI::IsMember({"system", "light", "dark"}));
     app.set_version_flag("--version", "kavorix " + std::string(ProgramVersion));
     app.require_subcommand(0, 1);
     app.fallthrough();
@@ -47,6 +49,9 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
     const CommandLine line{app, common, out, messages, action};
     add_discover(line);
     add_watch(line);
+    add_check(line);
+    add_statements(line);
+    add_rewrite(line);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

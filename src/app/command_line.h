@@ -26,6 +26,9 @@ struct CommandLine {
 // Each adds its subcommand.
 void add_discover(const CommandLine& line);
 void add_watch(const CommandLine& line);
+void add_check(const CommandLine& line);
+void add_statements(const CommandLine& line);
+void add_rewrite(const CommandLine& line);
 
 // Runs the program: `window` opens the main window, everything else is done in the terminal. Usage
 // errors, unusable input and failures become messages and an exit code.
