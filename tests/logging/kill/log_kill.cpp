@@ -184,7 +184,7 @@ class KillTest {
     Promise* promise_ = nullptr;
     std::unique_ptr<Files> files_ = make_host_files();
     TemporaryDirectory directory_;
-    std::string path_ = directory_.path("killed.DAT");
+    std::string path_ = directory_ / "killed.DAT";
     std::vector<RecordRead> expected_;  // of all runs in the file
     long long promised_ = 0;
     long long found_ = 0;
