@@ -128,8 +128,9 @@ class Medians : public benchmark::ConsoleReporter {
         const auto a = of_.find(measured);
         const auto b = of_.find(baseline);
         if (a != of_.end() && b != of_.end())
-            std::printf("%-14s takes %6.2f times the time of %s\n", measured, a->second / b->second,
-                        baseline);
+            std::printf("%s: %.2f times the processor time and %.2f times the time of %s\n",
+                        measured, a->second.processor / b->second.processor,
+                        a->second.elapsed / b->second.elapsed, baseline);
     }
 
   private:
