@@ -6,10 +6,25 @@
 
 namespace kavorix {
 
-ErrorLog::ErrorLog(Files& files, const EventLoop& loop, const std::string& directory)
-    : files_(files), loop_(loop), path_(join_path(directory, "ERR_LOG.TXT")) {}
+namespace {
+
+// Every line break of a text, LF or CR LF, as the log writes it.
+std::string with_log_line_breaks(std::string_view text) {
+    std::string result;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '\n' && (i == 0 || text[i - 1] != '\r')) result += '\r';
+        result += text[i];
+    }
+    return result;
+}
+
+}  // namespace
+
+ErrorLog::ErrorLog(Files& files, const EventLoop& loop, const std::string& directory, bool keep)
+    : files_(files), loop_(loop), path_(join_path(directory, "ERR_LOG.TXT")), keep_(keep) {}
 
 void ErrorLog::open() {
+    if (!keep_) return;
     file_ = files_.open(path_, OpenMode::Create);
     write_line(general_date(loop_.wall_time()));
     write_line("");
@@ -26,13 +41,14 @@ void ErrorLog::close() {
 }
 
 void ErrorLog::remove() {
-    files_.remove(path_);
+    if (keep_ && files_.exists(path_)) files_.remove(path_);
 }
 
 void ErrorLog::append_last_words(std::string_view text) {
+    if (!keep_) return;
     close();
     const auto file = files_.open(path_, OpenMode::Append);
-    file->write(std::string(text) + "\r\n");
+    file->write(with_log_line_breaks(text) + "\r\n");
     file->close();
 }
 

@@ -19,15 +19,17 @@ inline constexpr std::string_view ProgramName = "KAVORIX";
 // Text lines ended by CR LF, in the order of what happened. On disk line by line.
 class ErrorLog {
   public:
-    ErrorLog(Files& files, const EventLoop& loop, const std::string& directory);
+    // keep false: nothing is ever written, for a short run that shows its errors only.
+    ErrorLog(Files& files, const EventLoop& loop, const std::string& directory, bool keep = true);
 
     // Makes the file anew and writes its header lines. Throws std::system_error.
     void open();
     // One line; nothing happens while the log is not open. Throws std::system_error.
     void write_line(std::string_view line);
     void close();
+    // Deletes the file, which may be gone already.
     void remove();
-    // Closes the log and appends `text` to the file.
+    // Closes the log and appends `text` to the file, its line breaks as CR LF.
     void append_last_words(std::string_view text);
 
     const std::string& path() const { return path_; }
@@ -36,6 +38,7 @@ class ErrorLog {
     Files& files_;
     const EventLoop& loop_;
     std::string path_;
+    bool keep_;
     std::unique_ptr<File> file_;
 };
 

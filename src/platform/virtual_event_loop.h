@@ -4,58 +4,50 @@
 // takes seconds and every run repeats exactly. Used where the program runs as fast as it can, and
 // by the tests.
 
-#include <cstdint>
-#include <map>
-#include <memory>
-#include <vector>
+#include <algorithm>
+#include <stdexcept>
 
-#include "platform/event_loop.h"
+#include "platform/scheduled_event_loop.h"
 
 namespace kavorix {
 
-class VirtualEventLoop : public EventLoop {
+class VirtualEventLoop : public ScheduledEventLoop {
   public:
     explicit VirtualEventLoop(const WallTime& start = {2026, 1, 5, 8, 0, 0, 0},
-                              std::uint32_t first_tick = 0);
-    ~VirtualEventLoop() override;
+                              std::uint32_t first_tick = 0)
+        : first_tick_(first_tick), wall_base_(start) {}
 
-    std::uint32_t tick_count() const override;
-    WallTime wall_time() const override;
-    std::unique_ptr<Timer> make_timer(std::function<void()> on_tick) override;
-    void call_later(int delay_ms, std::function<void()> task) override;
+    std::uint32_t tick_count() const override {
+        return first_tick_ + static_cast<std::uint32_t>(now_);
+    }
+    WallTime wall_time() const override { return add_milliseconds(wall_base_, now_ - wall_at_); }
 
-    // Throws std::logic_error when no event is left that could make `done` true.
-    void wait_until(const std::function<bool()>& done) override;
-
-    // Runs what falls due within the next `longest_ms`, up to and including the first moment that
-    // has events; without one the clock moves on by `longest_ms`.
-    void process_events(int longest_ms) override;
-
-    // Runs everything that falls due in the next `ms` and leaves the clock at their end.
-    void run_for(long long ms);
+    void block(int ms) override { advance(std::max(ms, 0)); }
 
     // Time that the program's own work takes: the clock moves, nothing runs.
     void advance(long long ms) { now_ += ms; }
 
     // Sets the wall clock; the tick count goes on as it was.
-    void set_wall_time(const WallTime& time);
+    void set_wall_time(const WallTime& time) {
+        wall_base_ = time;
+        wall_at_ = now_;
+    }
 
     // Milliseconds since the start.
     long long elapsed_ms() const { return now_; }
 
+  protected:
+    long long now() const override { return now_; }
+    void pass_time_until(long long moment) override { now_ = std::max(now_, moment); }
+    void nothing_pending() override {
+        throw std::logic_error("waiting for something that cannot happen");
+    }
+
   private:
-    class VirtualTimer;
-    using Key = std::pair<long long, std::uint64_t>;  // due time, order of scheduling
-
-    Key schedule(long long due, std::function<void()> task);
-    void run_next();
-
     long long now_ = 0;
     std::uint32_t first_tick_;
     WallTime wall_base_;
-    long long wall_base_at_ = 0;
-    std::uint64_t next_order_ = 0;
-    std::map<Key, std::function<void()>> pending_;
+    long long wall_at_ = 0;
 };
 
 }  // namespace kavorix

@@ -1,0 +1,62 @@
+#include "app/command_line.h"
+
+#include <ostream>
+
+#include "app/terminal.h"
+
+namespace kavorix {
+
+namespace {
+
+int perform(const Action& action, std::ostream& messages) {
+    try {
+        return action();
+    } catch (const UnusableInput& input) {
+        messages << input.message << std::endl;
+        return ExitUsage;
+    } catch (const ProgramEnded& ended) {
+        return ended.exit_code;
+    } catch (const std::exception& failure) {
+        messages << failure.what() << std::endl;
+        return ExitFailed;
+    }
+}
+
+}  // namespace
+
+int run_command_line(int argc, const char* const* argv, const ProgramSurroundings& with) {
+    CLI::App app{
+        "Operator station for a network of measurement pods. Without a command it opens its "
+        "window.",
+        "kavorix"};
+    CommonOptions common;
+    app.add_option("--network", common.network, "Simulated pod network to use (scenario file)")
+        ->type_name("FILE.toml");
+    app.add_option("--driver", common.driver, "Driver library of the interface card")
+        ->type_name("FILE")
+        ->excludes("--network");
+    app.add_option("--directory", common.directory,
+                   "Program directory: settings file and error log")
+        ->type_name("DIR");
+    app.add_option("--theme", common.theme, "Colours of the window")
+        ->check(CLI::IsMember({"system", "light", "dark"}));
+    app.set_version_flag("--version", "kavorix " + std::string(ProgramVersion));
+    app.require_subcommand(0, 1);
+    app.fallthrough();
+
+    Action action = [&] { return with.window(common); };
+    const CommandLine line{app, common, with, action};
+    add_discover(line);
+    add_watch(line);
+    add_check(line);
+    add_statements(line);
+    add_rewrite(line);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error, with.out, with.messages) == 0 ? ExitDone : ExitUsage;
+    }
+    return perform(action, with.messages);
+}
+
+}  // namespace kavorix

@@ -1,0 +1,64 @@
+#include "app/station.h"
+
+#include <algorithm>
+
+namespace kavorix {
+
+CommandLink::Surroundings Station::link_surroundings() {
+    return {with_.driver, with_.loop, with_.dialogs, screen,   message_line_, error_log_,
+            failures_,    operations, configuration, run_time, *tmrPoll_};
+}
+
+Station::Station(const Surroundings& surroundings)
+    : with_(surroundings),
+      message_line_(screen, with_.dialogs),
+      error_log_(with_.files, with_.loop, with_.folder.directory, with_.folder.keep_error_log),
+      failures_(error_log_, with_.dialogs),
+      tmrPoll_(with_.loop.make_timer([this] { poll_cycle_.tmrPoll_Timer(); })),
+      operations({link_surroundings(), configuration, link, with_.windows,
+                  std::string(ProgramVersion), [this] { transmission.transmit_config(); },
+                  [this] { program_exit.ExitKAVORIX(); }}),
+      link(link_surroundings()),
+      discovery(link_surroundings(), link, configuration),
+      transmission(configuration, run_time.Status, run_time.Link, with_.dialogs, failures_,
+                   [this] { link.TXString(); }),
+      config_files({configuration, run_time.Status, with_.dialogs, with_.files, with_.loop,
+                    message_line_, failures_, with_.folder.directory}),
+      program_exit(link_surroundings(),
+                   [this](std::int16_t saveAs) { return config_files.save_file(saveAs); }),
+      stream0(run_time, configuration),
+      pod_errors_(error_log_, run_time.Link, screen, configuration.Interface),
+      decoder_(link_surroundings(), link, pod_errors_),
+      poll_cycle_(link_surroundings(), link, decoder_, *this) {
+    for (PodConfig& pod : configuration.ZavConfig) default_ZAV_config(pod, NoDevice, 0);
+    register_file_commands();
+    operations.CheckItems();
+}
+
+void Station::register_file_commands() {
+    operations.on(Command::OpenFile, [this] {
+        config_files.open_file();
+        stream0.configuration_changed();
+    });
+    operations.on(Command::Save, [this] { config_files.save_file(0); });
+    operations.on(Command::SaveAs, [this] { config_files.save_file(1); });
+}
+
+void Station::start() {
+    discovery.Form_Load(with_.files, join_path(with_.folder.directory, "KAVORIX.INI"));
+}
+
+void Station::select_pods(const std::vector<int>& pods) {
+    LinkState& selection = run_time.Link;
+    for (int pod = 0; pod < MaxZavs; ++pod) {
+        const bool wanted = std::find(pods.begin(), pods.end(), pod) != pods.end();
+        if (wanted != (selection.ZavSelected[at(pod)] == 1)) operations.img_ZAV_Click(pod);
+    }
+}
+
+void Station::refresh_stream0() {
+    stream0.refresh();
+    if (on_poll_) on_poll_();
+}
+
+}  // namespace kavorix

@@ -1,0 +1,88 @@
+#pragma once
+
+// The whole station: owns every record and wires every part to it.
+
+#include <memory>
+#include <string>
+
+#include "acquire/poll_cycle.h"
+#include "config/config_files.h"
+#include "config/transmission.h"
+#include "link/discovery.h"
+#include "link/program_exit.h"
+#include "ui/operations.h"
+#include "ui/stream0_view.h"
+
+namespace kavorix {
+
+inline constexpr std::string_view ProgramVersion = KAVORIX_VERSION;
+
+// Where a station keeps its settings file and its error log.
+struct StationFolder {
+    std::string directory;       // the program directory
+    bool keep_error_log = true;  // false: a short terminal run that leaves no file behind
+};
+
+class Station : private PollConsumers {
+  public:
+    // All of it outlives the station.
+    struct Surroundings {
+        Driver& driver;
+        EventLoop& loop;
+        Dialogs& dialogs;
+        Files& files;
+        Windows& windows;
+        StationFolder folder;
+    };
+    explicit Station(const Surroundings& surroundings);
+
+    // Card search, discovery, the pods on the screen. Throws ProgramEnded when the settings file is
+    // malformed.
+    void start();
+
+    // Selects exactly these pods (indices 0..49) among those of the poll table.
+    void select_pods(const std::vector<int>& pods);
+
+    // Called at every poll boundary, after the views were refreshed.
+    void on_poll(std::function<void()> action) { on_poll_ = std::move(action); }
+
+  private:
+    Surroundings with_;
+
+  public:
+    Configuration configuration;
+    RunTime run_time;
+    MainScreen screen;
+
+  private:
+    MessageLine message_line_;
+    ErrorLog error_log_;
+    ErrorReporter failures_;
+    std::unique_ptr<Timer> tmrPoll_;
+    CommandLink::Surroundings link_surroundings();
+
+  public:
+    Operations operations;
+    CommandLink link;
+    Discovery discovery;
+    Transmission transmission;
+    ConfigFiles config_files;
+    ProgramExit program_exit;
+    Stream0View stream0;
+
+  private:
+    void register_file_commands();
+    void refresh_stream0() override;
+    void refresh_stream1() override {}
+    void show_events() override {}
+    void Write_Log_File(std::int16_t, std::int16_t, std::int32_t) override {}
+    bool graph_exists() override { return false; }
+    void WRUpdateData(std::span<const float>) override {}
+
+    PodErrors pod_errors_;
+    StreamDecoder decoder_;
+    PollCycle poll_cycle_;
+    std::function<void()> on_poll_;
+};
+
+}  // namespace kavorix

@@ -1,0 +1,71 @@
+#pragma once
+
+// A station without a window, for the terminal commands.
+
+#include <functional>
+#include <iosfwd>
+#include <memory>
+#include <string>
+
+#include "app/network.h"
+#include "app/station.h"
+
+namespace kavorix {
+
+// A desktop of two text streams: boxes are lines on `messages`, questions are answered with what
+// changes nothing (No, else Ok), nothing is edited or chosen.
+class TerminalDialogs : public Dialogs {
+  public:
+    explicit TerminalDialogs(std::ostream& messages) : messages_(messages) {}
+
+    Answer message_box(std::string_view text, int flags, std::string_view title) override;
+    Answer Msg_Box(std::string_view text, int flags, std::string_view title) override;
+    void Unload_Msg_Box() override {}
+    std::optional<std::string> choose_file_to_open(const FileRequest&) override { return {}; }
+    std::optional<std::string> choose_file_to_save(const FileRequest&) override { return {}; }
+    void show_wait_message(std::string_view) override {}
+    void set_pointer(Pointer) override {}
+    void beep() override {}
+    void repaint() override {
+        if (on_repaint_) on_repaint_();
+    }
+    bool open_in_editor(const std::string&) override { return false; }
+
+    // Called whenever the control records are to be brought onto the screen.
+    void on_repaint(std::function<void()> action) { on_repaint_ = std::move(action); }
+
+  private:
+    std::ostream& messages_;
+    std::function<void()> on_repaint_;
+};
+
+class TerminalStation {
+  public:
+    // Throws UnusableInput.
+    TerminalStation(const CommonOptions& options, EventLoop& loop, std::ostream& messages,
+                    bool keep_error_log);
+
+    // Starts the station; false when there is no card or no pod.
+    bool start();
+
+    // The pods (indices) of the poll table that are asked for; all of them for an empty list.
+    // Throws UnusableInput when one that is asked for does not answer.
+    std::vector<int> pods(const std::string& list) const;
+
+  private:
+    class NoWindows : public Windows {
+      public:
+        void show_about(const AboutBox&) override {}
+        void show_stream0() override {}
+    };
+
+    std::unique_ptr<Files> files_;
+    std::unique_ptr<Driver> driver_;
+    TerminalDialogs dialogs_;
+    NoWindows windows_;
+
+  public:
+    Station station;
+};
+
+}  // namespace kavorix
