@@ -4,7 +4,8 @@
 #include "app/window.h"
 
 int main(int argc, char** argv) {
-    return kavorix::run_command_line(
-        argc, argv, std::cout, std::cerr,
-        [&](const kavorix::CommonOptions& options) { return kavorix::run_window(options, argc, argv); });
+    return kavorix::run_command_line(argc, argv, std::cout, std::cerr,
+                                     [&](const kavorix::CommonOptions& options) {
+                                         return kavorix::run_window(options, argc, argv);
+                                     });
 }

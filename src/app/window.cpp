@@ -1,2 +1,6 @@
 #include "app/window.h"
-namespace kavorix { int run_window(const CommonOptions&, int, char**) { return 0; } }
+namespace kavorix {
+int run_window(const CommonOptions&, int, char**) {
+    return 0;
+}
+}  // namespace kavorix
