@@ -113,14 +113,30 @@ void count_up(std::string& text) {
 
 }  // namespace
 
-bool is_numeric(std::string_view text) {
+std::optional<double> to_number(std::string_view text) {
     text = trim(text);
-    if (text.empty() || numeric_prefix(text, true) != text.size()) return false;
-    return std::isfinite(parse<double>(without_commas(text)));
+    if (text.empty() || numeric_prefix(text, true) != text.size()) return std::nullopt;
+    const bool grouped = text.find(',') != std::string_view::npos;
+    const double value = grouped ? parse<double>(without_commas(text)) : parse<double>(text);
+    if (!std::isfinite(value)) return std::nullopt;
+    return value;
+}
+
+std::optional<float> to_single(std::string_view text) {
+    const auto value = to_number(text);
+    if (!value) return std::nullopt;
+    // From the text: by way of a double the value would be rounded twice.
+    const float single = leading_single(without_commas(text));
+    if (!std::isfinite(single)) return std::nullopt;
+    return single;
+}
+
+bool is_numeric(std::string_view text) {
+    return to_number(text).has_value();
 }
 
 double numeric_value(std::string_view text) {
-    return is_numeric(text) ? parse<double>(without_commas(trim(text))) : 0.0;
+    return to_number(text).value_or(0.0);
 }
 
 double leading_value(std::string_view text) {

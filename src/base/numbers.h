@@ -4,6 +4,7 @@
 // whatever the locale.
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -17,6 +18,12 @@ bool is_numeric(std::string_view text);
 
 // The value of a text that is_numeric() accepts, grouping commas dropped; 0 for any other text.
 double numeric_value(std::string_view text);
+
+// Both in one: the value of a text that is_numeric() accepts, nothing for any other text.
+std::optional<double> to_number(std::string_view text);
+
+// The same as a single, nothing also for a value beyond its range.
+std::optional<float> to_single(std::string_view text);
 
 // The value of the longest numeric prefix (leading blanks skipped, no grouping commas), 0 when
 // there is none. A value beyond the range of a double gives the infinity of its sign.

@@ -33,7 +33,11 @@ TEST(Text, MiddleCountsFromOne) {
     EXPECT_EQ(middle("", 1), "");
 }
 
-TEST(Text, TwoDigitsPadsAndNeverCuts) {
+TEST(Text, PaddedFillsUpAndNeverCuts) {
+    EXPECT_EQ(padded(7, 3), "007");
+    EXPECT_EQ(padded(-7, 3), "-007");
+    EXPECT_EQ(padded(1234, 3), "1234");
+    EXPECT_EQ(padded(0, 0), "0");
     EXPECT_EQ(two_digits(0), "00");
     EXPECT_EQ(two_digits(7), "07");
     EXPECT_EQ(two_digits(10), "10");
