@@ -167,6 +167,13 @@ std::string general(float value) {
     return {text.data(), write_general(value, text.data())};
 }
 
+std::string shortest(double value) {
+    std::string text;
+    if (write_non_finite(value, text)) return text;
+    std::array<char, 32> buffer{};
+    return {buffer.data(), std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr};
+}
+
 std::string fixed(double value, int decimals) {
     std::string text;
     if (write_non_finite(value, text)) return text;

@@ -116,7 +116,8 @@ struct LinkState {
     std::int16_t NumSelected = 0;
     std::int16_t InterfaceSelected = 0;
     std::int16_t AllSelected = 0;
-    std::int16_t OperationsEnabled = 0;  // 1 once pods were found: buttons and operation menus can be used
+    std::int16_t OperationsEnabled =
+        0;  // 1 once pods were found: buttons and operation menus can be used
     kavorix::PollTable PollTable;
     PodFlags ScanState{};
     std::int16_t ContScanning = 0;
