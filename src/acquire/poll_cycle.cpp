@@ -137,9 +137,12 @@ void PollCycle::indicator_pass() {
 void PollCycle::stream_pass() {
     const PodFlags& in_table = with_.run_time.Link.PollTable.InPollTable;
     for (int pod = 0; pod < MaxZavs; ++pod)
-        for (std::int16_t stream = 0; stream < StreamCount; ++stream)
+        for (std::int16_t stream = 0; stream < StreamCount; ++stream) {
+            // A status reply comes on the text stream too and belongs to who asked for it.
+            if (stream == TextStream && with_.run_time.Link.AwaitingReply[at(pod)] == 1) break;
             // Asked anew for every stream: a failed read takes the pod out of the table.
             if (in_table[at(pod)] != 1 || !visit_stream(pod, stream)) break;
+        }
 }
 
 // False when the pod does not answer.

@@ -74,8 +74,9 @@ std::string FormatValue(float value, std::int16_t decimals) {
 }
 
 std::int16_t decimals_of(std::string_view type_code, int channel) {
-    const bool digital = type_code == "8R" || type_code == "8S" ||
-                         ((type_code == "7V" || type_code == "7W") && channel >= 19);
+    const bool digital =
+        type_code == "8R" || type_code == "8S" ||
+        ((type_code == "7V" || type_code == "7W") && (channel == 19 || channel == 20));
     return digital ? 0 : 6;
 }
 

@@ -31,11 +31,16 @@ std::int16_t bcd(unsigned char byte) {
 void StreamDecoder::read_stream0(int pod) {
     PodStatus& status = with_.run_time.Status[at(pod)];
     std::int16_t count = status.Channels;
-    const auto result = with_.driver.Zav_Numeric(static_cast<std::int16_t>(pod + 1), ReadingStream,
-                                                 count, status.Reading, status.ResultCode,
-                                                 with_.configuration.Interface.CardHandle);
+    // Copies: a read that fails must not leave half a record behind.
+    ChannelValues values = status.Reading;
+    ChannelFlags codes = status.ResultCode;
+    const auto result =
+        with_.driver.Zav_Numeric(static_cast<std::int16_t>(pod + 1), ReadingStream, count, values,
+                                 codes, with_.configuration.Interface.CardHandle);
     if (result == 1) link_.RxTxErr(pod, 1, 1);
     if (result != 0) return;
+    status.Reading = values;
+    status.ResultCode = codes;
     status.ChannelCount =
         std::clamp(count, std::int16_t{0}, static_cast<std::int16_t>(MaxChannels));
     for (std::size_t channel = 0; channel < at(status.ChannelCount); ++channel) {

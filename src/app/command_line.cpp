@@ -24,8 +24,7 @@ int perform(const Action& action, std::ostream& messages) {
 
 }  // namespace
 
-int run_command_line(int argc, const char* const* argv, std::ostream& out, std::ostream& messages,
-                     const std::function<int(const CommonOptions&)>& window) {
+int run_command_line(int argc, const char* const* argv, const ProgramSurroundings& with) {
     CLI::App app{
         "Operator station for a network of measurement pods. Without a command it opens its "
         "window.",
@@ -39,20 +38,25 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
     app.add_option("--directory", common.directory,
                    "Program directory: settings file and error log")
         ->type_name("DIR");
+    app.add_option("--theme", common.theme, "Colours of the window")
+        ->check(CLI::IsMember({"system", "light", "dark"}));
     app.set_version_flag("--version", "kavorix " + std::string(ProgramVersion));
     app.require_subcommand(0, 1);
     app.fallthrough();
 
-    Action action = [&] { return window(common); };
-    const CommandLine line{app, common, out, messages, action};
+    Action action = [&] { return with.window(common); };
+    const CommandLine line{app, common, with, action};
     add_discover(line);
     add_watch(line);
+    add_check(line);
+    add_statements(line);
+    add_rewrite(line);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return app.exit(error, out, messages) == 0 ? ExitDone : ExitUsage;
+        return app.exit(error, with.out, with.messages) == 0 ? ExitDone : ExitUsage;
     }
-    return perform(action, messages);
+    return perform(action, with.messages);
 }
 
 }  // namespace kavorix

@@ -19,8 +19,9 @@ inline constexpr int ExitUsage = 2;   // wrong usage or unreadable input
 struct CommonOptions {
     std::string
         network;  // scenario file of the simulated network; empty: the built-in demonstration
-    std::string driver;     // driver library instead of the simulated network
-    std::string directory;  // program directory; empty: default_directory()
+    std::string driver;            // driver library instead of the simulated network
+    std::string theme = "system";  // "light", "dark", or as the desktop is
+    std::string directory;         // program directory; empty: default_directory()
 };
 
 // $XDG_DATA_HOME/kavorix, or its usual place below the home directory.

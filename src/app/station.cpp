@@ -22,13 +22,26 @@ Station::Station(const Surroundings& surroundings)
       discovery(link_surroundings(), link, configuration),
       transmission(configuration, run_time.Status, run_time.Link, with_.dialogs, failures_,
                    [this] { link.TXString(); }),
-      program_exit(link_surroundings(), [](std::int16_t) { return std::int16_t{1}; }),
+      config_files({configuration, run_time.Status, with_.dialogs, with_.files, with_.loop,
+                    message_line_, failures_, with_.folder.directory}),
+      program_exit(link_surroundings(),
+                   [this](std::int16_t saveAs) { return config_files.save_file(saveAs); }),
       stream0(run_time, configuration),
       pod_errors_(error_log_, run_time.Link, screen, configuration.Interface),
       decoder_(link_surroundings(), link, pod_errors_),
       poll_cycle_(link_surroundings(), link, decoder_, *this) {
     for (PodConfig& pod : configuration.ZavConfig) default_ZAV_config(pod, NoDevice, 0);
+    register_file_commands();
     operations.CheckItems();
+}
+
+void Station::register_file_commands() {
+    operations.on(Command::OpenFile, [this] {
+        config_files.open_file();
+        stream0.configuration_changed();
+    });
+    operations.on(Command::Save, [this] { config_files.save_file(0); });
+    operations.on(Command::SaveAs, [this] { config_files.save_file(1); });
 }
 
 void Station::start() {

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "acquire/poll_cycle.h"
+#include "config/config_files.h"
 #include "config/transmission.h"
 #include "link/discovery.h"
 #include "link/program_exit.h"
@@ -65,10 +66,12 @@ class Station : private PollConsumers {
     CommandLink link;
     Discovery discovery;
     Transmission transmission;
+    ConfigFiles config_files;
     ProgramExit program_exit;
     Stream0View stream0;
 
   private:
+    void register_file_commands();
     void refresh_stream0() override;
     void refresh_stream1() override {}
     void show_events() override {}

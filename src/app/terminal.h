@@ -7,7 +7,7 @@
 #include <memory>
 #include <string>
 
-#include "app/options.h"
+#include "app/network.h"
 #include "app/station.h"
 
 namespace kavorix {
@@ -38,17 +38,6 @@ class TerminalDialogs : public Dialogs {
     std::ostream& messages_;
     std::function<void()> on_repaint_;
 };
-
-// Input that cannot be used; the text is for the user.
-struct UnusableInput {
-    std::string message;
-};
-
-// The driver that the options name. Throws UnusableInput when its file cannot be read.
-std::unique_ptr<Driver> make_driver(const CommonOptions& options, Files& files, EventLoop& loop);
-
-// The program directory that the options name, made when it is missing. Throws UnusableInput.
-std::string program_directory(const CommonOptions& options, Files& files);
 
 class TerminalStation {
   public:

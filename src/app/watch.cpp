@@ -6,7 +6,6 @@
 #include "app/command_line.h"
 #include "app/readings.h"
 #include "app/terminal.h"
-#include "platform/host_event_loop.h"
 
 namespace kavorix {
 
@@ -21,9 +20,9 @@ class Watch {
   public:
     Watch(const CommandLine& line, const WatchOptions& options)
         : options_(options),
-          out_(line.out),
-          loop_([this] { interrupted_ = true; }),
-          terminal_(line.common, loop_, line.messages, false) {}
+          out_(line.with.out),
+          loop_(line.with.make_loop([this] { interrupted_ = true; })),
+          terminal_(line.common, *loop_, line.with.messages, false) {}
 
     int run() {
         const auto duration = duration_ms();
@@ -34,8 +33,8 @@ class Watch {
         start_scanning(station);
         station.run_time.Poll.ViewOpen[ReadingStream] = 1;
         station.on_poll([&] { print(pods); });
-        if (duration > 0) loop_.call_later(duration, [this] { interrupted_ = true; });
-        loop_.wait_until([&] { return interrupted_ || !polled(); });
+        if (duration > 0) loop_->call_later(duration, [this] { interrupted_ = true; });
+        loop_->wait_until([&] { return interrupted_ || !polled(); });
         const bool lost = !polled();
         station.on_poll({});
         station.operations.run(Command::Halt);
@@ -61,7 +60,7 @@ class Watch {
     bool polled() const { return terminal_.station.run_time.Link.PollTable.NumInPoll > 0; }
 
     void print(const std::vector<int>& pods) {
-        const WallTime time = loop_.wall_time();
+        const WallTime time = loop_->wall_time();
         for (const int pod : pods)
             out_ << reading_line(time, pod, terminal_.station.run_time.Status[at(pod)]) << "\n";
         out_ << std::flush;
@@ -70,7 +69,7 @@ class Watch {
     const WatchOptions& options_;
     std::ostream& out_;
     bool interrupted_ = false;
-    HostEventLoop loop_;
+    std::unique_ptr<EventLoop> loop_;
     TerminalStation terminal_;
 };
 

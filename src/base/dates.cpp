@@ -22,9 +22,7 @@ long long milliseconds_of_day(const WallTime& time) {
 }  // namespace
 
 std::string general_date(const WallTime& time) {
-    std::string year = std::to_string(time.year);
-    while (year.size() < 4) year.insert(year.begin(), '0');
-    return year + "-" + two_digits(time.month) + "-" + two_digits(time.day) + " " +
+    return padded(time.year, 4) + "-" + two_digits(time.month) + "-" + two_digits(time.day) + " " +
            two_digits(time.hour) + ":" + two_digits(time.minute) + ":" + two_digits(time.second);
 }
 

@@ -1,5 +1,6 @@
 #include "base/numbers.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -37,6 +38,24 @@ std::size_t numeric_prefix(std::string_view text, bool grouping) {
     return at;
 }
 
+// Which end of the range a number without sign has passed (from_chars does not say): its decimal
+// exponent, give or take one.
+bool is_too_small(std::string_view text) {
+    const auto mark = std::min(text.find_first_of("Ee"), text.size());
+    const std::string_view mantissa = text.substr(0, mark);
+    const auto point = std::min(mantissa.find('.'), mantissa.size());
+    auto exponent =
+        static_cast<long long>(point) - static_cast<long long>(mantissa.find_first_of("123456789"));
+    text.remove_prefix(mark);
+    const bool down = text.substr(0, 2).find('-') != std::string_view::npos;
+    text.remove_prefix(std::min(text.find_first_of("0123456789"), text.size()));
+    int shift = 0;
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), shift);
+    if (result.ec == std::errc::result_out_of_range) return down;
+    exponent += down ? -shift : shift;
+    return exponent < 0;
+}
+
 // The value of a text that numeric_prefix() took whole and that holds no comma. Beyond the range:
 // infinity, or zero for a value too small.
 template <class Number>
@@ -45,16 +64,8 @@ Number parse(std::string_view text) {
     if (negative || text.front() == '+') text.remove_prefix(1);
     Number value{};
     const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (result.ec == std::errc::result_out_of_range) {
-        // from_chars does not say which end was passed; a long double tells them apart.
-        long double wide = 0;
-        const auto again = std::from_chars(text.data(), text.data() + text.size(), wide);
-        const auto exponent = text.find_first_of("Ee");
-        const bool tiny = again.ec == std::errc()
-                              ? wide < 1
-                              : exponent != std::string_view::npos && text[exponent + 1] == '-';
-        value = tiny ? Number{0} : std::numeric_limits<Number>::infinity();
-    }
+    if (result.ec == std::errc::result_out_of_range)
+        value = is_too_small(text) ? Number{0} : std::numeric_limits<Number>::infinity();
     return negative ? -value : value;
 }
 
@@ -72,16 +83,60 @@ bool write_non_finite(double value, std::string& out) {
     return true;
 }
 
+// Whether the decimal digits of a value end in a single 5 behind the last one of `decimals`: an odd
+// multiple of 2^-(decimals + 1).
+bool is_tie(double magnitude, int decimals) {
+    return std::fmod(std::ldexp(magnitude, decimals + 1), 2.0) == 1.0;
+}
+
+// Rounded from the exact value, halves to even.
+std::string exact_fixed(double magnitude, int decimals) {
+    std::array<char, 336> buffer{};  // 309 digits, point, 10 decimals
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), magnitude,
+                                   std::chars_format::fixed, decimals)
+                         .ptr;
+    return {buffer.data(), end};
+}
+
+// Adds 1 to the last digit of a decimal text.
+void count_up(std::string& text) {
+    for (auto digit = text.rbegin(); digit != text.rend(); ++digit) {
+        if (*digit == '.') continue;
+        if (*digit != '9') {
+            ++*digit;
+            return;
+        }
+        *digit = '0';
+    }
+    text.insert(text.begin(), '1');
+}
+
 }  // namespace
 
-bool is_numeric(std::string_view text) {
+std::optional<double> to_number(std::string_view text) {
     text = trim(text);
-    if (text.empty() || numeric_prefix(text, true) != text.size()) return false;
-    return std::isfinite(parse<double>(without_commas(text)));
+    if (text.empty() || numeric_prefix(text, true) != text.size()) return std::nullopt;
+    const bool grouped = text.find(',') != std::string_view::npos;
+    const double value = grouped ? parse<double>(without_commas(text)) : parse<double>(text);
+    if (!std::isfinite(value)) return std::nullopt;
+    return value;
+}
+
+std::optional<float> to_single(std::string_view text) {
+    const auto value = to_number(text);
+    if (!value) return std::nullopt;
+    // From the text: by way of a double the value would be rounded twice.
+    const float single = leading_single(without_commas(text));
+    if (!std::isfinite(single)) return std::nullopt;
+    return single;
+}
+
+bool is_numeric(std::string_view text) {
+    return to_number(text).has_value();
 }
 
 double numeric_value(std::string_view text) {
-    return is_numeric(text) ? parse<double>(without_commas(trim(text))) : 0.0;
+    return to_number(text).value_or(0.0);
 }
 
 double leading_value(std::string_view text) {
@@ -158,15 +213,6 @@ char* write_general_plain(float value, char* out) {
     return out;
 }
 
-char* write_general(float value, char* out) {
-    return write_general_plain(value, out);
-}
-
-std::string general(float value) {
-    std::array<char, MaxGeneralLength> text{};
-    return {text.data(), write_general(value, text.data())};
-}
-
 std::string shortest(double value) {
     std::string text;
     if (write_non_finite(value, text)) return text;
@@ -177,21 +223,16 @@ std::string shortest(double value) {
 std::string fixed(double value, int decimals) {
     std::string text;
     if (write_non_finite(value, text)) return text;
-    // Enough for every double: 309 digits, point, 9 decimals. 17 significant digits decide a tie as
-    // a reader of the number's digits would.
-    std::array<char, 352> buffer{};
-    const auto format = [&](double number, int places) {
-        const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number,
-                                       std::chars_format::fixed, places)
-                             .ptr;
-        return std::string(buffer.data(), end);
-    };
-    text = format(std::fabs(value), decimals);
-    // to_chars rounds an exact tie to even; the tie goes away from zero here.
-    if (const double shown = leading_value(text); shown < std::fabs(value)) {
-        const double scale = std::pow(10.0, decimals);
-        if (std::fabs(value) * scale - shown * scale == 0.5)
-            text = format((shown * scale + 1.0) / scale, decimals);
+    const double magnitude = std::fabs(value);
+    if (is_tie(magnitude, decimals)) {
+        // One decimal more shows the value exactly; what stands before its last digit, a 5, goes
+        // up.
+        text = exact_fixed(magnitude, decimals + 1);
+        text.pop_back();
+        if (decimals == 0) text.pop_back();
+        count_up(text);
+    } else {
+        text = exact_fixed(magnitude, decimals);
     }
     const bool zero = text.find_first_not_of("0.") == std::string::npos;
     return value < 0 && !zero ? "-" + text : text;

@@ -4,6 +4,7 @@
 // whatever the locale.
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -17,6 +18,12 @@ bool is_numeric(std::string_view text);
 
 // The value of a text that is_numeric() accepts, grouping commas dropped; 0 for any other text.
 double numeric_value(std::string_view text);
+
+// Both in one: the value of a text that is_numeric() accepts, nothing for any other text.
+std::optional<double> to_number(std::string_view text);
+
+// The same as a single, nothing also for a value beyond its range.
+std::optional<float> to_single(std::string_view text);
 
 // The value of the longest numeric prefix (leading blanks skipped, no grouping commas), 0 when
 // there is none. A value beyond the range of a double gives the infinity of its sign.
@@ -33,9 +40,9 @@ std::int32_t round_half_even(double value);
 // commands.
 std::string rounded_text(double value);
 
-// Longest text that write_general() produces: sign, 7 digits, point, "E", sign, two exponent
-// digits.
-inline constexpr std::size_t MaxGeneralLength = 13;
+// Room that write_general() needs. Its longest text has 13 characters: sign, 7 digits, point, "E",
+// sign, two exponent digits; whole words are stored, so what stands behind the text may change.
+inline constexpr std::size_t GeneralBufferSize = 24;
 
 // The general format of a single: up to 7 significant digits, trailing zeros dropped; the plain
 // form unless it needs more than 7 digits before the point or more than 7 after it (leading zeros
@@ -44,7 +51,7 @@ inline constexpr std::size_t MaxGeneralLength = 13;
 // even. Zero of either sign is "0", NaN "NaN", the infinities "Inf" and "-Inf".
 std::string general(float value);
 
-// The same into a buffer of at least MaxGeneralLength characters; returns the end of the text,
+// The same into a buffer of at least GeneralBufferSize characters; returns the end of the text,
 // which is not terminated.
 char* write_general(float value, char* out);
 
@@ -56,7 +63,7 @@ char* write_general_plain(float value, char* out);
 // general() has them.
 std::string shortest(double value);
 
-// Fixed number of decimals (0..9), halves away from zero as decimal digits show them, "-" only
+// Fixed number of decimals (0..9), rounded from the exact value, halves away from zero, "-" only
 // before a value that does not round to zero: fixed(2.5, 0) is "3", fixed(-0.4, 0) is "0". NaN
 // "NaN", infinities "Inf" and "-Inf".
 std::string fixed(double value, int decimals);

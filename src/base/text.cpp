@@ -67,9 +67,9 @@ std::string_view middle(std::string_view text, std::size_t position, std::size_t
     return position > text.size() ? std::string_view{} : text.substr(position - 1, count);
 }
 
-std::string two_digits(int value) {
+std::string padded(int value, std::size_t width) {
     std::string digits = std::to_string(value < 0 ? -static_cast<long long>(value) : value);
-    if (digits.size() < 2) digits.insert(digits.begin(), '0');
+    if (digits.size() < width) digits.insert(0, width - digits.size(), '0');
     if (value < 0) digits.insert(digits.begin(), '-');
     return digits;
 }

@@ -20,8 +20,11 @@ std::string upper(std::string_view text);
 std::string_view middle(std::string_view text, std::size_t position,
                         std::size_t count = std::string_view::npos);
 
-// At least two digits, zero-padded: 7 gives "07", 123 gives "123", -3 gives "-03".
-std::string two_digits(int value);
+// At least `width` digits, zero-padded: padded(7, 3) gives "007", 123 with width 2 "123", -3 "-03".
+std::string padded(int value, std::size_t width);
+inline std::string two_digits(int value) {
+    return padded(value, 2);
+}
 
 // Upper-case hexadecimal of the 16-bit value without leading zeros: -14336 gives "C800".
 std::string hex16(std::int16_t value);

@@ -36,8 +36,8 @@ class FailureReporter {
     throw ProgramEnded{1};  // for compilers that do not follow [[noreturn]] through a virtual call
 }
 
-// Runs `body` and returns its result; any exception but ProgramEnded goes to `reporter` under the
-// trace name `location`, for example trapped(reporter, "TX/TXString", [&] { ... }).
+// Runs `body` and returns its result; any std::exception goes to `reporter` under the trace name
+// `location`, for example trapped(reporter, "TX/TXString", [&] { ... }).
 template <class Body>
 decltype(auto) trapped(FailureReporter& reporter, std::string_view location, Body&& body) {
     try {

@@ -94,6 +94,7 @@ void CommandLink::transmit() {
     LinkState& link = with_.run_time.Link;
     with_.message_line.DispMsg(" Transmitting Command String", Colour::Blue);
     with_.dialogs.set_pointer(Pointer::Busy);
+    reached_ = link.ZavSelected;
 
     for (int pod = 0; pod < MaxZavs; ++pod) {
         if (link.ZavSelected[at(pod)] != 1 || with_.configuration.ZavConfig[at(pod)].ContScan != 1)
@@ -130,7 +131,8 @@ void CommandLink::send_token(const std::string& token, Call& call) {
     LinkState& link = with_.run_time.Link;
     int delay_ms = TokenDelay_ms;
     for (int pod = 0; pod < MaxZavs; ++pod) {
-        if (link.ZavSelected[at(pod)] != 1) continue;
+        if (link.ZavSelected[at(pod)] != 1) reached_[at(pod)] = 0;
+        if (reached_[at(pod)] != 1) continue;
         const auto status = with_.driver.Zav_Tx(static_cast<std::int16_t>(pod + 1), token,
                                                 with_.configuration.Interface.CardHandle);
         if (status == 1) {
@@ -201,10 +203,15 @@ void CommandLink::RxTxErr(int podIndex, std::int16_t kind, std::int16_t remove) 
     ++link.ErrorCount;
     ++link.SessionErrorCount;
     status.ErrorFlag = 1;
-    if (std::exchange(link.ZavSelected[at(podIndex)], std::int16_t{0}) == 1) --link.NumSelected;
+    reached_[at(podIndex)] = 0;
+    if (std::exchange(link.ZavSelected[at(podIndex)], std::int16_t{0}) == 1) {
+        --link.NumSelected;
+        if (remove != 1) with_.main_window.IconReverse(podIndex);
+    }
     link.Triggered[at(podIndex)] = 0;
     update_cont_scanning();
     if (link.ContScanning == 0) with_.screen.pnlContScan.caption.clear();
+    with_.main_window.CheckItems();
 }
 
 void CommandLink::update_cont_scanning() {

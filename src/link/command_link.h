@@ -24,6 +24,8 @@ class MainWindow {
     virtual void ConfigItems(std::int16_t mode) = 0;
     // Recomputes which commands are available.
     virtual void CheckItems() = 0;
+    // Shows a pod (index 0..49) in its selected or unselected picture.
+    virtual void IconReverse(int pod) = 0;
     // Empties the pod display.
     virtual void ClearScreen() = 0;
     // Empties the status panels.
@@ -52,9 +54,14 @@ class CommandLink {
 
     // Sends CommandString to every selected pod, token by token, and waits after each one while
     // events flow: 10 ms, or 1000 ms after a "TR" to a pod in continuous mode, 3000 ms after "HA",
-    // 500 ms after "RE". A transmission asked for while one is under way is refused: it returns
-    // without sending anything.
+    // 500 ms after "RE". A pod that is selected while the call waits gets none of the tokens that
+    // follow, for it missed those before. A transmission asked for while one is under way is
+    // refused: it returns without sending anything.
     void TXString();
+
+    // The pods that the last TXString() sent its whole command string: selected from beginning to
+    // end, and without a failure.
+    const PodFlags& reached() const { return reached_; }
 
     // Whether a transmission is under way.
     bool transmitting() const { return transmitting_; }
@@ -77,6 +84,7 @@ class CommandLink {
     Surroundings with_;
     std::unique_ptr<Timer> tmrTransmit_;
     bool transmitting_ = false;
+    PodFlags reached_{};
 };
 
 }  // namespace kavorix

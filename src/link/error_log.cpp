@@ -6,6 +6,20 @@
 
 namespace kavorix {
 
+namespace {
+
+// Every line break of a text, LF or CR LF, as the log writes it.
+std::string with_log_line_breaks(std::string_view text) {
+    std::string result;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '\n' && (i == 0 || text[i - 1] != '\r')) result += '\r';
+        result += text[i];
+    }
+    return result;
+}
+
+}  // namespace
+
 ErrorLog::ErrorLog(Files& files, const EventLoop& loop, const std::string& directory, bool keep)
     : files_(files), loop_(loop), path_(join_path(directory, "ERR_LOG.TXT")), keep_(keep) {}
 
@@ -27,14 +41,14 @@ void ErrorLog::close() {
 }
 
 void ErrorLog::remove() {
-    if (keep_) files_.remove(path_);
+    if (keep_ && files_.exists(path_)) files_.remove(path_);
 }
 
 void ErrorLog::append_last_words(std::string_view text) {
     if (!keep_) return;
     close();
     const auto file = files_.open(path_, OpenMode::Append);
-    file->write(std::string(text) + "\r\n");
+    file->write(with_log_line_breaks(text) + "\r\n");
     file->close();
 }
 

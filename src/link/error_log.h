@@ -27,8 +27,9 @@ class ErrorLog {
     // One line; nothing happens while the log is not open. Throws std::system_error.
     void write_line(std::string_view line);
     void close();
+    // Deletes the file, which may be gone already.
     void remove();
-    // Closes the log and appends `text` to the file.
+    // Closes the log and appends `text` to the file, its line breaks as CR LF.
     void append_last_words(std::string_view text);
 
     const std::string& path() const { return path_; }

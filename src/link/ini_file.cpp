@@ -44,7 +44,7 @@ std::string GetINIData(Files& files, const std::string& path, std::string_view s
     } catch (const std::system_error&) {
         return {};
     }
-    const std::string wanted_section = "[" + upper(section) + "]";
+    const std::string wanted_section = upper(section);
     const std::string wanted_key = upper(key);
     std::string_view rest = content;
     std::string keys;
@@ -53,7 +53,10 @@ std::string GetINIData(Files& files, const std::string& path, std::string_view s
         const std::string_view line = next_line(rest);
         if (line.starts_with('[')) {
             if (inside) break;
-            inside = upper(line) == wanted_section;
+            // What stands behind the closing bracket is no part of the name.
+            const auto closing = line.rfind(']');
+            inside = closing != std::string_view::npos &&
+                     upper(trim(line.substr(1, closing - 1))) == wanted_section;
         } else if (inside && !line.starts_with(';')) {
             const auto equals = line.find('=');
             if (equals == std::string_view::npos) continue;

@@ -164,7 +164,17 @@ struct PollState {
     }
 };
 
-// Set-up and state of the two logs that other subsystems ask about.
+// The time of day that log records are stamped with, carried on by the tick counts of the records.
+struct LogClock {
+    std::int32_t Hours = 0;
+    std::int32_t Minutes = 0;
+    std::int32_t Seconds = 0;
+    std::int32_t Milliseconds = 0;
+    std::int32_t LastTick = 0;  // tick count of the last record
+    std::int16_t Started = 0;   // 0 = no last tick yet
+};
+
+// Set-up and state of the scan log and the event log.
 struct LogState {
     std::string ScanFileName;
     std::string EventFileName;
@@ -174,6 +184,16 @@ struct LogState {
     std::int32_t ScanLogInterval = 0;     // ms, in force while logging
     std::int16_t ScanLogging = 0;
     std::int16_t EventLogging = 0;
+    std::vector<float> ScanBuffer;  // the record block of a running log
+    std::vector<float> EventBuffer;
+    std::int16_t ScanIndex = -1;  // last entry written into the block, -1 = empty
+    std::int16_t EventIndex = -1;
+    std::int16_t ScanChannelTotal = 0;  // channels of the logged pods, from the header
+    std::int16_t ScanPodCount = 0;
+    std::int16_t EventPodCount = 0;
+    std::int16_t EventTotal = 0;  // events that go into the current record
+    std::int16_t LogBusy = 0;     // 1 while a record is added
+    kavorix::LogClock LogClock;
 };
 
 enum GraphTypes : std::int16_t { TrendGraph = 0, BarGraph = 1 };

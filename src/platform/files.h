@@ -35,6 +35,10 @@ class File {
     virtual void write_at(std::uint64_t offset, std::string_view bytes) = 0;
 
     virtual std::uint64_t size() = 0;
+
+    // Whether its last name is gone: what is written now is lost when it is closed.
+    virtual bool deleted() { return false; }
+
     virtual void truncate(std::uint64_t size) = 0;
 
     // Has the system bring what was written onto the disk. May be called from another thread than

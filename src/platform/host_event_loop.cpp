@@ -9,6 +9,7 @@
 #include <csignal>
 #include <ctime>
 #include <system_error>
+#include <thread>
 
 namespace kavorix {
 
@@ -50,6 +51,11 @@ WallTime host_wall_time() {
 std::uint32_t host_tick_count() {
     return static_cast<std::uint32_t>(
         duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count());
+}
+
+// Loops that follow the real time wait in it.
+void Clock::block(int ms) {
+    if (ms > 0) std::this_thread::sleep_for(milliseconds(ms));
 }
 
 HostEventLoop::HostEventLoop(std::function<void()> on_interrupt)

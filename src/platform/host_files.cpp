@@ -55,6 +55,11 @@ class HostFile : public File {
         if (::fstat(descriptor_, &status) != 0) fail("Looking at", path_);
         return static_cast<std::uint64_t>(status.st_size);
     }
+    bool deleted() override {
+        struct stat status {};
+        if (::fstat(descriptor_, &status) != 0) fail("Looking at", path_);
+        return status.st_nlink == 0;
+    }
     void truncate(std::uint64_t size) override {
         if (::ftruncate(descriptor_, static_cast<off_t>(size)) != 0) fail("Truncating", path_);
     }

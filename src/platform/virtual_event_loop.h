@@ -22,6 +22,8 @@ class VirtualEventLoop : public ScheduledEventLoop {
     }
     WallTime wall_time() const override { return add_milliseconds(wall_base_, now_ - wall_at_); }
 
+    void block(int ms) override { advance(std::max(ms, 0)); }
+
     // Time that the program's own work takes: the clock moves, nothing runs.
     void advance(long long ms) { now_ += ms; }
 

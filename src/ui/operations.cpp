@@ -124,7 +124,7 @@ void Operations::trigger() {
     send("TR;");
     LinkState& link = run_time_.Link;
     for (int pod = 0; pod < MaxZavs; ++pod)
-        if (link.PollTable.InPollTable[at(pod)] == 1 && link.ZavSelected[at(pod)] == 1)
+        if (link.PollTable.InPollTable[at(pod)] == 1 && with_.command_link.reached()[at(pod)] == 1)
             link.Triggered[at(pod)] = 1;
 }
 
@@ -133,15 +133,38 @@ void Operations::halt() {
     send("HA;");
     // What the pods still had to give has been read while the halt was waited for.
     for (int pod = 0; pod < MaxZavs; ++pod)
-        if (link.PollTable.InPollTable[at(pod)] == 1 && link.ZavSelected[at(pod)] == 1)
-            link.Triggered[at(pod)] = 0;
+        if (with_.command_link.reached()[at(pod)] == 1) link.Triggered[at(pod)] = 0;
     if (link.ContScanning == 0 && run_time_.Log.ScanLogging == 0 && run_time_.Log.EventLogging == 0)
         ConfigItems(1);
 }
 
 void Operations::transmit_config() {
     const Sending sending(*this);
+    cleared_.fill(0);
+    sending_config_ = true;
     with_.transmit_config();
+    sending_config_ = false;
+
+    // The selection stands again: icons that data changed meanwhile show it, and what the operator
+    // cleared stays deselected.
+    LinkState& link = run_time_.Link;
+    for (int pod = 0; pod < MaxZavs; ++pod) {
+        if (cleared_[at(pod)] == 1 &&
+            std::exchange(link.ZavSelected[at(pod)], std::int16_t{0}) == 1)
+            --link.NumSelected;
+        if (link.PollTable.InPollTable[at(pod)] == 1 &&
+            screen_.img_ZAV[at(pod)].picture != Picture::img1ZAV_E)
+            IconReverse(pod);
+    }
+}
+
+// While each pod is sent its own configuration, the selection names that pod, not the operator's
+// choice.
+bool Operations::selection_locked() {
+    if (sending_config_)
+        with_.link.message_line.DispMsg(
+            " Configuration is being Transmitted - Selection not Changed", Colour::Red);
+    return sending_config_;
 }
 
 bool Operations::confirmed(std::string_view text) {
@@ -184,6 +207,7 @@ void Operations::IconReverse(int pod) {
 }
 
 void Operations::select_all() {
+    if (selection_locked()) return;
     LinkState& link = run_time_.Link;
     const bool selecting = link.AllSelected == 0;
     link.NumSelected = 0;
@@ -199,7 +223,7 @@ void Operations::select_all() {
 void Operations::img_ZAV_Click(int pod) {
     handler("frmMain/img_ZAV_Click", [&] {
         LinkState& link = run_time_.Link;
-        if (link.PollTable.InPollTable[at(pod)] != 1) return;
+        if (link.PollTable.InPollTable[at(pod)] != 1 || selection_locked()) return;
         const bool selecting = link.ZavSelected[at(pod)] == 0;
         set_selected(pod, selecting);
         link.NumSelected = static_cast<std::int16_t>(link.NumSelected + (selecting ? 1 : -1));
@@ -269,6 +293,7 @@ void Operations::clear_pod_error(int pod) {
     run_time_.Status[at(pod)].ErrorFlag = 0;
     run_time_.Status[at(pod)].IconState = Resting;
     set_selected(pod, false);
+    if (sending_config_) cleared_[at(pod)] = 1;
 }
 
 void Operations::toggle_stream3_auto_clear() {

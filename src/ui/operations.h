@@ -65,14 +65,12 @@ class Operations : public MainWindow {
     void pnlButton_DblClick(int stream);
     void unload_request();  // the window is asked to close; it stays until the program ends
 
-    // Shows a pod in its selected or unselected picture, whatever else its state is.
-    void IconReverse(int pod);
-
     // Whether a command can be used now.
     bool available(Command command) const;
 
     void ConfigItems(std::int16_t mode) override;
     void CheckItems() override;
+    void IconReverse(int pod) override;  // whatever else the pod's state is
     void ClearScreen() override;
     void StatusRefresh() override;
 
@@ -90,6 +88,7 @@ class Operations : public MainWindow {
     void show_screen(bool expanded);
     void toggle_stream3_auto_clear();
     void show_about();
+    bool selection_locked();
     void set_selected(int pod, bool selected);
     void clear_pod_error(int pod);
     bool confirmed(std::string_view text);
@@ -105,6 +104,8 @@ class Operations : public MainWindow {
     std::array<std::function<void()>, static_cast<std::size_t>(Command::About) + 1> actions_;
     bool config_commands_ = true;
     bool sending_ = false;
+    bool sending_config_ = false;
+    PodFlags cleared_{};  // pods that Clear deselected while their configuration was on its way
 };
 
 }  // namespace kavorix

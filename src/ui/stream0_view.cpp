@@ -19,7 +19,7 @@ bool same_bits(float a, float b) {
 
 // Rows of a pod: as many as its last record had, before the first one as many as its type has.
 int channels_shown(const PodStatus& status) {
-    return status.StreamSeen[ReadingStream] == 1 ? status.usable_channels() : status.Channels;
+    return status.ChannelCount > 0 ? status.usable_channels() : status.Channels;
 }
 
 }  // namespace
@@ -30,6 +30,7 @@ Stream0View::Stream0View(RunTime& run_time, const Configuration& configuration)
 void Stream0View::load() {
     pods_.clear();
     screen.cboView.entries.clear();
+    screen.cboView.index = -1;
     for (int pod = 0; pod < MaxZavs; ++pod) {
         if (run_time_.Link.ZavSelected[at(pod)] != 1) continue;
         pods_.push_back(static_cast<std::int16_t>(pod));
@@ -79,18 +80,30 @@ void Stream0View::reset_peaks(bool maximum) {
     refresh();
 }
 
-void Stream0View::rebuild() {
-    show_heading();
-    rows_.clear();
-    changed_.clear();
+// Every row that the view has now, in order, until `visit` returns false.
+template <class Visit>
+void Stream0View::each_row(Visit&& visit) const {
     for (const std::int16_t pod : pods_) {
         if (!multi_view_ && pod != run_time_.Poll.ViewedZav) continue;
         const PodStatus& status = run_time_.Status[at(pod)];
-        for (int channel = 0; channel < channels_shown(status); ++channel)
-            if (!multi_view_ || status.ViewChannel[at(channel)] == 1)
-                rows_.push_back({pod, static_cast<std::int16_t>(channel), false});
+        for (int channel = 0; channel < channels_shown(status); ++channel) {
+            if (multi_view_ && status.ViewChannel[at(channel)] != 1) continue;
+            if (!visit(Row{pod, static_cast<std::int16_t>(channel), false})) return;
+        }
     }
-    for (Row& row : rows_) shown(row) = current(row);
+}
+
+void Stream0View::rebuild() {
+    // Another view may have changed the pod.
+    screen.cboView.select_code(run_time_.Poll.ViewedZav);
+    show_heading();
+    rows_.clear();
+    changed_.clear();
+    each_row([&](const Row& row) {
+        rows_.push_back(row);
+        shown(row) = current(row);
+        return true;
+    });
     ++layout_;
 }
 
@@ -117,23 +130,23 @@ Stream0View::Shown Stream0View::current(const Row& row) const {
     const PodStatus& status = run_time_.Status[at(row.pod)];
     const auto channel = at(row.channel);
     return {status.Reading[channel], status.PeakMin[channel], status.PeakMax[channel],
-            status.ResultCode[channel], status.StreamSeen[ReadingStream]};
+            status.ResultCode[channel], row.channel < status.usable_channels()};
 }
 
 bool Stream0View::Shown::same_as(const Shown& other) const {
     return same_bits(reading, other.reading) && same_bits(peak_min, other.peak_min) &&
-           same_bits(peak_max, other.peak_max) && code == other.code && seen == other.seen;
+           same_bits(peak_max, other.peak_max) && code == other.code && known == other.known;
 }
 
 bool Stream0View::rows_outdated() const {
-    std::size_t expected = 0;
-    for (const std::int16_t pod : pods_) {
-        if (!multi_view_ && pod != run_time_.Poll.ViewedZav) continue;
-        const PodStatus& status = run_time_.Status[at(pod)];
-        for (int channel = 0; channel < channels_shown(status); ++channel)
-            if (!multi_view_ || status.ViewChannel[at(channel)] == 1) ++expected;
-    }
-    return expected != rows_.size();
+    std::size_t matching = 0;
+    bool same = true;
+    each_row([&](const Row& row) {
+        same = matching < rows_.size() && rows_[matching].names(row);
+        if (same) ++matching;
+        return same;
+    });
+    return !same || matching != rows_.size();
 }
 
 void Stream0View::refresh() {
@@ -167,7 +180,7 @@ GridCell Stream0View::cell(int row_index, int column) const {
             return {multi_view_ ? two_digits(row.pod + 1) + "   " + two_digits(row.channel + 1)
                                 : two_digits(row.channel + 1)};
         case ValueColumn:
-            if (shown.seen != 1) return {};
+            if (!shown.known) return {};
             if (shown.code > HighestValidCode)
                 return {std::string(
                             DispZAVErr(static_cast<std::int16_t>(shown.code - HighestValidCode))),

@@ -80,6 +80,7 @@ class Stream0View : public GridSource {
         std::int16_t pod = 0;
         std::int16_t channel = 0;
         bool changed = false;
+        bool names(const Row& other) const { return pod == other.pod && channel == other.channel; }
     };
     // What the view last showed of a channel.
     struct Shown {
@@ -87,13 +88,15 @@ class Stream0View : public GridSource {
         float peak_min = 0;
         float peak_max = 0;
         std::int16_t code = 0;
-        std::int16_t seen = 0;
+        bool known = false;  // a scan result has come
         bool same_as(const Shown& other) const;
     };
 
     void rebuild();
     void show_heading();
     bool rows_outdated() const;
+    template <class Visit>
+    void each_row(Visit&& visit) const;
     Shown& shown(const Row& row);
     Shown current(const Row& row) const;
     void reset_peaks(bool maximum);

@@ -33,7 +33,6 @@ class ChoosingDialog : public QFileDialog {
             setDirectory(QFile::decodeName(QByteArray::fromStdString(request.directory)));
         if (!request.name.empty())
             selectFile(QFile::decodeName(QByteArray::fromStdString(request.name)));
-        setWindowModality(Qt::ApplicationModal);
     }
 
     void accept() override {
@@ -82,12 +81,9 @@ QStringList to_name_filters(std::string_view filter) {
 std::optional<std::string> choose_file(QtEventLoop& loop, Dialogs& dialogs, QWidget* over,
                                        const FileRequest& request, FileChoice choice) {
     ChoosingDialog dialog(loop, dialogs, request, choice);
-    bool open = true;
-    QObject::connect(&dialog, &QDialog::finished, [&open] { open = false; });
-    show_over(dialog, over);
-    loop.wait_until([&open] { return !open; });
+    const int result = run_modal(loop, dialog, over);
     const QStringList files = dialog.selectedFiles();
-    if (dialog.result() != QDialog::Accepted || files.isEmpty()) return std::nullopt;
+    if (result != QDialog::Accepted || files.isEmpty()) return std::nullopt;
     return QFile::encodeName(files.front()).toStdString();
 }
 

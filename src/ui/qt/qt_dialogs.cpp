@@ -84,11 +84,7 @@ void fill_box(QMessageBox& box, std::string_view text, int flags, std::string_vi
 }
 
 Answer ask(QtEventLoop& loop, QMessageBox& box, QWidget* over) {
-    bool open = true;
-    QObject::connect(&box, &QDialog::finished, [&open] { open = false; });
-    box.setWindowModality(Qt::ApplicationModal);
-    show_over(box, over);
-    loop.wait_until([&open] { return !open; });
+    run_modal(loop, box, over);
     return answer_of(box);
 }
 

@@ -1,2 +1,7 @@
-set_target_properties(kavorix_ui_qt PROPERTIES AUTOMOC ON AUTOUIC ON AUTORCC ON)
+# The generators run again when a file is added, not only when one they know of changes.
+file(GLOB generator_inputs CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/src/ui/qt/*.cpp ${CMAKE_SOURCE_DIR}/src/ui/qt/*.h
+     ${CMAKE_SOURCE_DIR}/src/ui/qt/*.ui)
+set_target_properties(kavorix_ui_qt PROPERTIES AUTOMOC ON AUTOUIC ON AUTORCC ON AUTOGEN_ORIGIN_DEPENDS OFF
+                      AUTOGEN_TARGET_DEPENDS "${generator_inputs}")
+target_sources(kavorix_ui_qt PRIVATE ${CMAKE_SOURCE_DIR}/src/ui/qt/icons.qrc)
 target_link_libraries(kavorix_ui_qt PUBLIC Qt6::Widgets Qt6::PrintSupport Qt6::Svg QCustomPlotQt6::QCustomPlotQt6)

@@ -6,6 +6,8 @@
 #include <QWindow>
 #include <algorithm>
 
+#include "ui/qt/qt_event_loop.h"
+
 namespace kavorix {
 
 QWidget* window_in_front(QWidget* otherwise) {
@@ -30,6 +32,15 @@ void show_over(QDialog& dialog, QWidget* over, QPoint offset) {
     place.moveTop(std::max(place.top(), screen.top()));
     dialog.move(place.topLeft());
     dialog.show();
+}
+
+int run_modal(QtEventLoop& loop, QDialog& dialog, QWidget* over) {
+    bool open = true;
+    QObject::connect(&dialog, &QDialog::finished, &dialog, [&open] { open = false; });
+    dialog.setWindowModality(Qt::ApplicationModal);
+    show_over(dialog, over);
+    loop.wait_until([&open] { return !open; });
+    return dialog.result();
 }
 
 }  // namespace kavorix

@@ -1,0 +1,78 @@
+#include "app/window.h"
+
+#include <QApplication>
+
+#include "app/network.h"
+#include "app/station.h"
+#include "ui/qt/icons.h"
+#include "ui/qt/main_window.h"
+#include "ui/qt/qt_dialogs.h"
+#include "ui/qt/qt_event_loop.h"
+#include "ui/qt/qt_windows.h"
+#include "ui/qt/theme.h"
+
+namespace kavorix {
+
+namespace {
+
+QString memory_path(const std::string& directory) {
+    return QString::fromLocal8Bit(join_path(directory, "windows.ini"));
+}
+
+// Everything between the toolkit and the records, in the order in which it has to come and go.
+class WindowStation {
+  public:
+    explicit WindowStation(const CommonOptions& options)
+        : mirrors_(loop_),
+          dialogs_(mirrors_),
+          files_(make_host_files()),
+          directory_(program_directory(options, *files_)),
+          driver_(make_driver(options, *files_, loop_)),
+          station_({*driver_, loop_, dialogs_, *files_, windows_, {directory_, true}}),
+          windows_(mirrors_, station_.stream0, memory_path(directory_)),
+          window_(station_.screen, handlers_of(station_.operations), mirrors_,
+                  memory_path(directory_)) {
+        dialogs_.set_main_window(&window_);
+        windows_.set_main_window(&window_);
+    }
+
+    int run() {
+        window_.show();
+        loop_.call_later(0, [this] { station_.start(); });
+        try {
+            loop_.run();
+        } catch (const ProgramEnded& ended) {
+            return ended.exit_code;
+        }
+        return ExitDone;
+    }
+
+  private:
+    QtEventLoop loop_;
+    Mirrors mirrors_;
+    QtDialogs dialogs_;
+    std::unique_ptr<Files> files_;
+    std::string directory_;
+    std::unique_ptr<Driver> driver_;
+    Station station_;
+    QtWindows windows_;
+    QtMainWindow window_;
+};
+
+}  // namespace
+
+int run_window(const CommonOptions& options, int argc, char** argv) {
+    QApplication application(argc, argv);
+    QApplication::setApplicationName("kavorix");
+    QApplication::setApplicationVersion(
+        QString::fromLatin1(ProgramVersion.data(), ProgramVersion.size()));
+    QApplication::setWindowIcon(program_icon());
+    // Only the station's own exit ends the program.
+    QApplication::setQuitOnLastWindowClosed(false);
+    apply_theme(application, options.theme == "dark"    ? Theme::Dark
+                             : options.theme == "light" ? Theme::Light
+                                                        : Theme::System);
+    return WindowStation(options).run();
+}
+
+}  // namespace kavorix

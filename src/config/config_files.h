@@ -1,0 +1,67 @@
+#pragma once
+
+// Saving and opening configuration files, with the dialogs that go with it.
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "base/trap.h"
+#include "config/config_reader.h"
+#include "config/load_log.h"
+#include "link/message_line.h"
+#include "model/runtime.h"
+#include "platform/dialogs.h"
+#include "platform/event_loop.h"
+#include "platform/files.h"
+
+namespace kavorix {
+
+// Writes a whole configuration file in one step: the file that was there survives every failure.
+// Throws std::system_error.
+void write_config_file(Files& files, const std::string& path, const Configuration& configuration,
+                       const WallTime& created);
+
+class ConfigFiles {
+  public:
+    // What it works with; all of it outlives this.
+    struct Surroundings {
+        Configuration& configuration;
+        const PodStatuses& status;
+        Dialogs& dialogs;
+        Files& files;
+        const EventLoop& loop;
+        MessageLine& message_line;
+        FailureReporter& failures;
+        std::string program_directory;
+    };
+    explicit ConfigFiles(Surroundings surroundings);
+
+    // Writes the live configuration, after the file dialog when saveAs is 1 or no file is named
+    // yet. Returns 1 when the operator gave up because the chosen file has another extension, else
+    // 0.
+    std::int16_t save_file(std::int16_t saveAs);
+
+    // Asks for a file and loads it: as a whole, or not at all and with an error log beside it.
+    void open_file();
+
+  private:
+    struct Choice {
+        std::optional<std::string> path;
+        bool refused = false;  // given up at the question about the extension
+    };
+
+    template <class Ask>
+    Choice choose(Ask ask, std::string_view complaint);
+    bool name_file(std::int16_t& result);
+    bool may_open();
+    void load(const std::string& path);
+    bool log_message(LoadLog& log, const LoadMessage& message);
+    void report_no_header();
+    void report_loaded(const std::string& path);
+    void report_errors(const LoadLog& log);
+
+    Surroundings with_;
+};
+
+}  // namespace kavorix

@@ -1,0 +1,73 @@
+#pragma once
+
+// The main window `frmMain`: the record MainScreen on the screen, the operator's clicks to the
+// handlers.
+
+#include <QMainWindow>
+#include <functional>
+#include <memory>
+#include <span>
+
+#include "ui/commands.h"
+#include "ui/qt/binder.h"
+#include "ui/qt/window_memory.h"
+
+class QMenu;
+
+namespace Ui {
+class frmMain;
+}
+
+namespace kavorix {
+
+class Operations;
+
+// What the window calls. Pods by index 0..49, streams 0..3. All of them are set.
+struct MainWindowHandlers {
+    std::function<void(Command)> run;  // a menu item
+    std::function<void()> cmdTrig_Click;
+    std::function<void()> cmdHalt_Click;
+    std::function<void()> cmdTransmit_Click;
+    std::function<void()> cmdConfig_Click;
+    std::function<void()> cmdDefault_Click;
+    std::function<void()> cmdSelectAll_Click;
+    std::function<void()> cmdClear_Click;
+    std::function<void(int)> img_ZAV_Click;
+    std::function<void()> img_4A_Click;
+    std::function<void()> pnlErr_DblClick;
+    std::function<void(int)> pnlButton_DblClick;
+    std::function<void()> unload_request;
+};
+MainWindowHandlers handlers_of(Operations& operations);
+
+// Closing it only asks (unload_request): it stays until the program ends and destroys it.
+class QtMainWindow : public QMainWindow, private Mirror {
+  public:
+    // `memory_path`: the INI file that remembers size and place.
+    QtMainWindow(MainScreen& screen, MainWindowHandlers handlers, Mirrors& mirrors,
+                 const QString& memory_path);
+    ~QtMainWindow() override;
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    void refresh() override;
+    void bind_panels();
+    void bind_buttons();
+    void build_menus();
+    void fill_menu(QMenu& menu, std::span<const MenuEntry> entries);
+    void show_expanded();
+    void restore_place();
+
+    MainScreen& screen_;
+    MainWindowHandlers handlers_;
+    Mirrors& mirrors_;
+    WindowMemory memory_;
+    std::unique_ptr<Ui::frmMain> ui_;
+    std::unique_ptr<Binder> binder_;
+    bool asking_ = false;  // unload_request is under way
+};
+
+}  // namespace kavorix

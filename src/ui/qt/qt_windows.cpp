@@ -1,0 +1,37 @@
+#include "ui/qt/qt_windows.h"
+
+#include <QDialog>
+
+#include "ui/qt/icons.h"
+#include "ui/qt/qt_text.h"
+#include "ui/qt/stream0_window.h"
+#include "ui/qt/window_placing.h"
+#include "ui_frmAbout.h"
+
+namespace kavorix {
+
+QtWindows::QtWindows(Mirrors& mirrors, Stream0View& stream0, const QString& memory_path)
+    : mirrors_(mirrors), stream0_(stream0), memory_(memory_path) {}
+
+QtWindows::~QtWindows() = default;
+
+void QtWindows::show_about(const AboutBox& about) {
+    QDialog dialog;
+    Ui::frmAbout ui;
+    ui.setupUi(&dialog);
+    dialog.setWindowTitle(to_qt(about.title));
+    ui.imgProgram->setPixmap(program_icon().pixmap(64, 64));
+    ui.lblProgram->setText(to_qt(about.program));
+    ui.lblModel->setText(to_qt(about.model));
+    ui.lblVersion->setText(to_qt(about.version));
+    ui.lblDLLVers->setText(to_qt(about.lblDLLVers));
+    run_modal(mirrors_.loop(), dialog, window_in_front(main_window_));
+}
+
+void QtWindows::show_stream0() {
+    if (!stream0_window_)
+        stream0_window_ = std::make_unique<Stream0Window>(stream0_, mirrors_, memory_);
+    stream0_window_->open_view();
+}
+
+}  // namespace kavorix

@@ -1,0 +1,37 @@
+#pragma once
+
+// The windows that the main window's operations open.
+
+#include <QPointer>
+#include <QWidget>
+#include <memory>
+
+#include "ui/operations.h"
+#include "ui/qt/mirrors.h"
+#include "ui/qt/window_memory.h"
+#include "ui/stream0_view.h"
+
+namespace kavorix {
+
+class Stream0Window;
+
+class QtWindows : public Windows {
+  public:
+    // `memory_path`: the INI file that remembers sizes and places.
+    QtWindows(Mirrors& mirrors, Stream0View& stream0, const QString& memory_path);
+    ~QtWindows() override;
+
+    void set_main_window(QWidget* window) { main_window_ = window; }
+
+    void show_about(const AboutBox& about) override;
+    void show_stream0() override;
+
+  private:
+    Mirrors& mirrors_;
+    Stream0View& stream0_;
+    WindowMemory memory_;
+    QPointer<QWidget> main_window_;
+    std::unique_ptr<Stream0Window> stream0_window_;
+};
+
+}  // namespace kavorix

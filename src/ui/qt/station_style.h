@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QProxyStyle>
+
+namespace kavorix {
+
+// The toolkit's own style with more room in tables and menus, and with message box pictures that
+// follow the palette.
+class StationStyle : public QProxyStyle {
+    Q_OBJECT
+
+  public:
+    StationStyle() : QProxyStyle("Fusion") {}
+
+    int pixelMetric(PixelMetric metric, const QStyleOption* option,
+                    const QWidget* widget) const override;
+    QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
+                           const QWidget* widget) const override;
+    QIcon standardIcon(StandardPixmap picture, const QStyleOption* option,
+                       const QWidget* widget) const override;
+};
+
+}  // namespace kavorix

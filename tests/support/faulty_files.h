@@ -1,0 +1,71 @@
+#pragma once
+
+// Files that fail on demand. Levers: fail() lets operations of one kind fail from now on,
+// fail_after() spares the first ones, before() runs code of the test ahead of each. What does not
+// fail goes to the files behind.
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <system_error>
+
+#include "platform/files.h"
+
+namespace kavorix::test {
+
+enum class FileOperation {
+    Open,
+    Read,
+    Write,
+    Size,
+    Truncate,
+    Sync,
+    Close,
+    Exists,
+    Remove,
+    Rename,
+    MakeDirectories,
+    SyncDirectory
+};
+
+class FaultyFiles : public Files {
+  public:
+    explicit FaultyFiles(Files& behind) : behind_(behind) {}
+
+    void fail(FileOperation kind, std::errc reason) { fail_after(kind, 0, reason); }
+    void fail_after(FileOperation kind, int spared, std::errc reason) {
+        faults_[kind] = {spared, reason};
+    }
+    void before(FileOperation kind, std::function<void()> action) {
+        actions_[kind] = std::move(action);
+    }
+    // Operations of the kind so far, failed ones included.
+    int count(FileOperation kind) const {
+        const auto found = counts_.find(kind);
+        return found == counts_.end() ? 0 : found->second;
+    }
+
+    std::unique_ptr<File> open(const std::string& path, OpenMode mode) override;
+    bool exists(const std::string& path) override;
+    void remove(const std::string& path) override;
+    void rename(const std::string& from, const std::string& to) override;
+    void make_directories(const std::string& path) override;
+    void sync_directory(const std::string& directory) override;
+
+    // For the files that it opens: counts an operation; throws when it is to fail.
+    void pass(FileOperation kind, const std::string& path);
+
+  private:
+    struct Fault {
+        int spared = 0;
+        std::errc reason{};
+    };
+
+    Files& behind_;
+    std::map<FileOperation, Fault> faults_;
+    std::map<FileOperation, std::function<void()>> actions_;
+    std::map<FileOperation, int> counts_;
+};
+
+}  // namespace kavorix::test
