@@ -228,6 +228,13 @@ char* write_general_plain(float value, char* out) {
     return out;
 }
 
+std::string shortest(double value) {
+    std::string text;
+    if (write_non_finite(value, text)) return text;
+    std::array<char, 32> buffer{};
+    return {buffer.data(), std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr};
+}
+
 std::string fixed(double value, int decimals) {
     std::string text;
     if (write_non_finite(value, text)) return text;
