@@ -48,6 +48,8 @@ class TerminalStation {
     // Starts the station; false when there is no card or no pod.
     bool start();
 
+    Files& files() { return *files_; }
+
     // The pods (indices) of the poll table that are asked for; all of them for an empty list.
     // Throws UnusableInput when one that is asked for does not answer.
     std::vector<int> pods(const std::string& list) const;
