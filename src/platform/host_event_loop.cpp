@@ -80,8 +80,7 @@ long long HostEventLoop::now() const {
 void HostEventLoop::pass_time_until(long long moment) {
     // At least one look at the signals, also when events are always due.
     do {
-        if (take_signals(static_cast<int>(std::clamp(moment - now(), 0LL, LongestWait_ms))))
-            return;
+        if (take_signals(static_cast<int>(std::clamp(moment - now(), 0LL, LongestWait_ms)))) return;
     } while (now() < moment);
 }
 
