@@ -24,8 +24,7 @@ int perform(const Action& action, std::ostream& messages) {
 
 }  // namespace
 
-int run_command_line(int argc, const char* const* argv, std::ostream& out, std::ostream& messages,
-                     const std::function<int(const CommonOptions&)>& window) {
+int run_command_line(int argc, const char* const* argv, const ProgramSurroundings& with) {
     CLI::App app{
         "Operator station for a network of measurement pods. Without a command it opens its "
         "window.",
@@ -45,19 +44,20 @@ int run_command_line(int argc, const char* const* argv, std::ostream& out, std::
     app.require_subcommand(0, 1);
     app.fallthrough();
 
-    Action action = [&] { return window(common); };
-    const CommandLine line{app, common, out, messages, action};
+    Action action = [&] { return with.window(common); };
+    const CommandLine line{app, common, with, action};
     add_discover(line);
     add_watch(line);
+    add_log(line);
     add_check(line);
     add_statements(line);
     add_rewrite(line);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return app.exit(error, out, messages) == 0 ? ExitDone : ExitUsage;
+        return app.exit(error, with.out, with.messages) == 0 ? ExitDone : ExitUsage;
     }
-    return perform(action, messages);
+    return perform(action, with.messages);
 }
 
 }  // namespace kavorix

@@ -5,34 +5,45 @@
 #include <CLI/CLI.hpp>
 #include <functional>
 #include <iosfwd>
+#include <memory>
 #include <string>
 
 #include "app/options.h"
+#include "platform/event_loop.h"
 
 namespace kavorix {
 
 // What the command line has chosen to do; returns the exit code.
 using Action = std::function<int()>;
 
+// What the program is given beside its arguments.
+struct ProgramSurroundings {
+    std::ostream& out;       // results
+    std::ostream& messages;  // everything else that is said
+    std::function<int(const CommonOptions&)>
+        window;  // opens the main window, returns the exit code
+    // The loop of a run that follows the wall clock; its argument is called at a signal to end.
+    std::function<std::unique_ptr<EventLoop>(std::function<void()>)> make_loop;
+};
+
 // Where a command gets its options and leaves its action.
 struct CommandLine {
     CLI::App& app;
     const CommonOptions& common;
-    std::ostream& out;
-    std::ostream& messages;
+    const ProgramSurroundings& with;
     Action& action;
 };
 
 // Each adds its subcommand.
 void add_discover(const CommandLine& line);
 void add_watch(const CommandLine& line);
+void add_log(const CommandLine& line);
 void add_check(const CommandLine& line);
 void add_statements(const CommandLine& line);
 void add_rewrite(const CommandLine& line);
 
-// Runs the program: `window` opens the main window, everything else is done in the terminal. Usage
+// Runs the program: without a command the main window, everything else in the terminal. Usage
 // errors, unusable input and failures become messages and an exit code.
-int run_command_line(int argc, const char* const* argv, std::ostream& out, std::ostream& messages,
-                     const std::function<int(const CommonOptions&)>& window);
+int run_command_line(int argc, const char* const* argv, const ProgramSurroundings& with);
 
 }  // namespace kavorix

@@ -22,12 +22,12 @@ namespace {
 // file itself describes.
 Connected connected_for(const CommandLine& line, std::string_view file) {
     if (line.common.network.empty() && line.common.driver.empty()) return assume_connected(file);
-    std::unique_ptr<EventLoop> loop;
-    if (line.common.driver.empty())
-        loop = std::make_unique<VirtualEventLoop>(host_wall_time());
-    else
-        loop = std::make_unique<HostEventLoop>([] { throw ProgramEnded{ExitFailed}; });
-    TerminalStation terminal(line.common, *loop, line.messages, false);
+    // A simulated network answers at once; a card needs its time.
+    const std::unique_ptr<EventLoop> loop =
+        line.common.driver.empty()
+            ? std::unique_ptr<EventLoop>(std::make_unique<VirtualEventLoop>(host_wall_time()))
+            : line.with.make_loop([] { throw ProgramEnded{ExitFailed}; });
+    TerminalStation terminal(line.common, *loop, line.with.messages, false);
     terminal.start();
     return connected_now(terminal.station.configuration.Interface,
                          terminal.station.run_time.Status);
@@ -66,7 +66,7 @@ Loaded load(const CommandLine& line, Files& files, const std::string& path) {
 Loaded load_or_explain(const CommandLine& line, Files& files, const std::string& path) {
     Loaded loaded = load(line, files, path);
     for (const LoadMessage& message : loaded.messages)
-        line.messages << path << ":" << message.line << ": " << to_utf8(message.text) << "\n";
+        line.with.messages << path << ":" << message.line << ": " << to_utf8(message.text) << "\n";
     return loaded;
 }
 
@@ -90,8 +90,8 @@ int check(const CommandLine& line, const CheckOptions& options) {
     const auto files = make_host_files();
     const Loaded loaded = load(line, *files, options.file);
     for (const LoadMessage& message : loaded.messages) {
-        if (options.locate) line.out << options.file << ":" << message.line << ": ";
-        line.out << to_utf8(message.text) << "\n";
+        if (options.locate) line.with.out << options.file << ":" << message.line << ": ";
+        line.with.out << to_utf8(message.text) << "\n";
     }
     if (options.log) write_log(*files, options.file, loaded.messages);
     return loaded.outcome == LoadOutcome::Loaded ? ExitDone : ExitFailed;
@@ -104,7 +104,8 @@ int print_statements(const CommandLine& line, const std::string& path) {
     for (int pod = 0; pod < MaxZavs; ++pod) {
         const PodConfig& config = loaded.configuration->ZavConfig[at(pod)];
         if (config.TypeCode != NoDevice)
-            line.out << two_digits(pod + 1) << "\t" << configuration_statements(config) << "\n";
+            line.with.out << two_digits(pod + 1) << "\t" << configuration_statements(config)
+                          << "\n";
     }
     return ExitDone;
 }

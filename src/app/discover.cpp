@@ -5,7 +5,6 @@
 #include "app/terminal.h"
 #include "base/text.h"
 #include "model/catalogue.h"
-#include "platform/host_event_loop.h"
 
 namespace kavorix {
 
@@ -43,11 +42,11 @@ void add_discover(const CommandLine& line) {
         line.app.add_subcommand("discover", "Find the card and list the pods that answer");
     command->callback([=] {
         line.action = [=] {
-            HostEventLoop loop([] { throw ProgramEnded{ExitFailed}; });
-            TerminalStation terminal(line.common, loop, line.messages, false);
+            const auto loop = line.with.make_loop([] { throw ProgramEnded{ExitFailed}; });
+            TerminalStation terminal(line.common, *loop, line.with.messages, false);
             if (!terminal.start()) return ExitFailed;
-            print_card(terminal.station, line.out);
-            print_pods(terminal.station, line.out);
+            print_card(terminal.station, line.with.out);
+            print_pods(terminal.station, line.with.out);
             return ExitDone;
         };
     });

@@ -13,6 +13,12 @@ std::chrono::year_month_day to_date(const WallTime& time) {
     return std::chrono::year{time.year} / time.month / time.day;
 }
 
+constexpr long long Day = 24LL * 60 * 60 * 1000;
+
+long long milliseconds_of_day(const WallTime& time) {
+    return ((time.hour * 60LL + time.minute) * 60 + time.second) * 1000 + time.millisecond;
+}
+
 }  // namespace
 
 std::string general_date(const WallTime& time) {
@@ -42,10 +48,7 @@ WallTime add_days(const WallTime& time, int days) {
 }
 
 WallTime add_milliseconds(const WallTime& time, long long milliseconds) {
-    constexpr long long Day = 24LL * 60 * 60 * 1000;
-    long long of_day =
-        ((time.hour * 60LL + time.minute) * 60 + time.second) * 1000 + time.millisecond;
-    of_day += milliseconds % Day;
+    long long of_day = milliseconds_of_day(time) + milliseconds % Day;
     int days = static_cast<int>(milliseconds / Day);
     if (of_day < 0) {
         of_day += Day;
@@ -60,6 +63,12 @@ WallTime add_milliseconds(const WallTime& time, long long milliseconds) {
     result.minute = static_cast<int>(of_day / 60000 % 60);
     result.hour = static_cast<int>(of_day / 3600000);
     return result;
+}
+
+long long milliseconds_between(const WallTime& from, const WallTime& to) {
+    return (std::chrono::sys_days{to_date(to)} - std::chrono::sys_days{to_date(from)}).count() *
+               Day +
+           milliseconds_of_day(to) - milliseconds_of_day(from);
 }
 
 }  // namespace kavorix

@@ -36,4 +36,7 @@ WallTime add_days(const WallTime& time, int days);
 // The same moment `milliseconds` later (negative: earlier), every day having 24 hours.
 WallTime add_milliseconds(const WallTime& time, long long milliseconds);
 
+// Milliseconds from one moment to another, negative when it is earlier.
+long long milliseconds_between(const WallTime& from, const WallTime& to);
+
 }  // namespace kavorix

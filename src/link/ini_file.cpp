@@ -54,7 +54,9 @@ std::string GetINIData(Files& files, const std::string& path, std::string_view s
         if (line.starts_with('[')) {
             if (inside) break;
             // What stands behind the closing bracket is no part of the name.
-            inside = upper(trim(line.substr(1, line.rfind(']') - 1))) == wanted_section;
+            const auto closing = line.rfind(']');
+            inside = closing != std::string_view::npos &&
+                     upper(trim(line.substr(1, closing - 1))) == wanted_section;
         } else if (inside && !line.starts_with(';')) {
             const auto equals = line.find('=');
             if (equals == std::string_view::npos) continue;

@@ -54,7 +54,7 @@ std::uint32_t host_tick_count() {
 }
 
 // Loops that follow the real time wait in it.
-void EventLoop::block(int ms) {
+void Clock::block(int ms) {
     if (ms > 0) std::this_thread::sleep_for(milliseconds(ms));
 }
 
@@ -80,8 +80,7 @@ long long HostEventLoop::now() const {
 void HostEventLoop::pass_time_until(long long moment) {
     // At least one look at the signals, also when events are always due.
     do {
-        if (take_signals(static_cast<int>(std::clamp(moment - now(), 0LL, LongestWait_ms))))
-            return;
+        if (take_signals(static_cast<int>(std::clamp(moment - now(), 0LL, LongestWait_ms)))) return;
     } while (now() < moment);
 }
 

@@ -1,0 +1,171 @@
+#include "app/command_line.h"
+
+#include <gtest/gtest.h>
+
+#include "app/terminal_run.h"
+
+namespace kavorix::test {
+
+namespace {
+
+constexpr const char* Header = "KAVORIX ZAV CONFIGURATION FILE CREATED: 2026-01-05 08:00:00\r\n";
+
+// A file that fits TwoPods.
+const std::string Fitting =
+    std::string(Header) +
+    "AD2;-13824;\r\nUR500;\r\nPO0;\r\nIM03;7V;20;\r\nSP0;\r\nFR0;\r\nAM;\r\n"
+    "HW0;\r\nSW0;\r\nCH01MO101;'Flow';'l/s';{2;0.5}\r\nCH01UC,2,0.5,1;\r\n";
+
+}  // namespace
+
+TEST(Program, WithoutACommandOpensTheWindow) {
+    EXPECT_EQ(TerminalRun()({}).exit_code, -1);
+}
+
+TEST(Program, WrongUsageIsExitCodeTwo) {
+    const TerminalRun run;
+    for (const std::vector<std::string>& arguments : {std::vector<std::string>{"bogus"},
+                                                      {"check"},
+                                                      {"discover", "--bogus"},
+                                                      {"watch", "x"},
+                                                      {"--theme", "pink"}}) {
+        const Outcome outcome = run(arguments);
+        EXPECT_EQ(outcome.exit_code, ExitUsage) << arguments.front();
+        EXPECT_FALSE(outcome.messages.empty()) << arguments.front();
+    }
+}
+
+TEST(Discover, ListsCardAndPods) {
+    const TerminalRun run;
+    const Outcome outcome = run({"discover", "--network", run.file("two.toml", TwoPods)});
+    EXPECT_EQ(outcome.exit_code, ExitDone);
+    EXPECT_EQ(outcome.out,
+              "Card at CA00, handle 2, Test network\n\n"
+              "Pod  Ident         Type                    Channels\n"
+              "03   7VJA 0F 1.00  7V Universal ZAV        20\n"
+              "07   8RCA 0F 1.00  8R Digital I/O          20\n");
+    EXPECT_FALSE(run.exists("ERR_LOG.TXT"));
+}
+
+TEST(Discover, WithoutACardFails) {
+    const TerminalRun run;
+    const Outcome outcome = run({"discover", "--network", run.file("none.toml", "")});
+    EXPECT_EQ(outcome.exit_code, ExitFailed);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(outcome.messages, "No Interface Cards were found\n");
+}
+
+TEST(Discover, LeavesOutExcludedAddresses) {
+    const TerminalRun run;
+    run.file("KAVORIX.INI", "[Exclude Addresses]\r\nAddress=CA00\r\n");
+    EXPECT_EQ(run({"discover", "--network", run.file("two.toml", TwoPods)}).exit_code, ExitFailed);
+}
+
+TEST(Discover, EndsAtAMalformedSettingsFile) {
+    const TerminalRun run;
+    run.file("KAVORIX.INI", "[Exclude Addresses]\nAddress=C80,D000\n");
+    const Outcome outcome = run({"discover", "--network", run.file("two.toml", TwoPods)});
+    EXPECT_EQ(outcome.exit_code, ExitFailed);
+    EXPECT_EQ(outcome.messages, "Error reading 'KAVORIX.INI' file. *** Exiting *** \n");
+}
+
+TEST(Network, ThatCannotBeReadIsExitCodeTwo) {
+    const TerminalRun run;
+    EXPECT_EQ(run({"discover", "--network", run.path("missing.toml")}).exit_code, ExitUsage);
+    const Outcome outcome =
+        run({"discover", "--network", run.file("bad.toml", "[card]\naddres = \"C800\"\n")});
+    EXPECT_EQ(outcome.exit_code, ExitUsage);
+    EXPECT_TRUE(outcome.messages.find("bad.toml:2:1: ") != std::string::npos) << outcome.messages;
+}
+
+TEST(Watch, PrintsEveryPollAndEndsWhenItsTimeIsOver) {
+    const TerminalRun run;
+    const Outcome outcome = run(
+        {"watch", "--network", run.file("two.toml", TwoPods), "--pods", "3", "--duration", "10s"});
+    EXPECT_EQ(outcome.exit_code, ExitDone);
+    std::istringstream lines(outcome.out);
+    int count = 0;
+    for (std::string line; std::getline(lines, line); ++count)
+        EXPECT_TRUE(line.find(" 03 7V 1=1.5") != std::string::npos) << line;
+    EXPECT_GE(count, 9);
+    EXPECT_LE(count, 12);
+}
+
+TEST(Watch, RefusesPodsThatDoNotAnswer) {
+    const TerminalRun run;
+    const Outcome outcome =
+        run({"watch", "--network", run.file("two.toml", TwoPods), "--pods", "3-4"});
+    EXPECT_EQ(outcome.exit_code, ExitUsage);
+    EXPECT_TRUE(outcome.messages.ends_with("No pod answers at number 4\n")) << outcome.messages;
+}
+
+TEST(Check, AcceptsAFileThatFits) {
+    const TerminalRun run;
+    const std::string file = run.file("good.CFG", Fitting);
+    EXPECT_EQ(run({"check", file}).exit_code, ExitDone);
+    const Outcome outcome = run({"check", file, "--network", run.file("two.toml", TwoPods)});
+    EXPECT_EQ(outcome.exit_code, ExitDone);
+    EXPECT_EQ(outcome.out, "");
+}
+
+TEST(Check, ListsProblemsInOrder) {
+    const TerminalRun run;
+    const std::string file = run.file(
+        "bad.CFG", std::string(Header) + "AD0;-14336;\r\nUR2500;\r\nIM04;7V;20;\r\nXX;\r\n");
+    const std::string network = run.file("two.toml", TwoPods);
+    const Outcome outcome = run({"check", file, "--network", network});
+    EXPECT_EQ(outcome.exit_code, ExitFailed);
+    EXPECT_EQ(outcome.out,
+              "The card handle does not match the handle currently in use (2).\n"
+              "The card address does not match the address currently in use(CA00).\n"
+              "Invalid Poll Rate of: 2500\n"
+              "Configuration for ZAV number 4 has been found although an ZAV is not Connected.\n"
+              "Unknown command of XX\n");
+    EXPECT_FALSE(run.exists("bad.L00"));
+}
+
+TEST(Check, LocatesAndLogsOnDemand) {
+    const TerminalRun run;
+    const std::string file = run.file("bad.CFG", std::string(Header) + "UR2500;\r\n");
+    const Outcome outcome = run({"check", file, "--locate", "--log"});
+    EXPECT_EQ(outcome.out, file + ":2: Invalid Poll Rate of: 2500\n");
+    const std::string log = run.read("bad.L00");
+    EXPECT_TRUE(log.starts_with("KAVORIX ZAV CONFIGURATION FILE ERROR LOG FOR " + file + " "));
+    EXPECT_TRUE(log.ends_with("\r\n\r\nInvalid Poll Rate of: 2500\r\n\r\n")) << log;
+}
+
+TEST(Check, AFileWithoutHeaderOrNoFileIsExitCodeTwo) {
+    const TerminalRun run;
+    EXPECT_EQ(run({"check", run.file("x.CFG", "AD0;-14336;\r\n")}).exit_code, ExitUsage);
+    EXPECT_EQ(run({"check", run.path("missing.CFG")}).exit_code, ExitUsage);
+    EXPECT_EQ(run({"check", run.path(".")}).exit_code, ExitUsage);
+}
+
+TEST(Statements, PrintsACommandStringForEachPod) {
+    const TerminalRun run;
+    const std::string file =
+        run.file("digital.CFG",
+                 std::string(Header) + "AD0;-14336;\r\nIM05;8S;01;\r\nCH01MO760;'a';'b';{1;0}\r\n");
+    const Outcome outcome = run({"statements", file});
+    EXPECT_EQ(outcome.exit_code, ExitDone);
+    EXPECT_EQ(outcome.out, "05\tSP'0';CH1MO760;\n");
+}
+
+TEST(Rewrite, WritesTheCanonicalForm) {
+    const TerminalRun run;
+    const std::string file = run.file("in.CFG", Fitting);
+    EXPECT_EQ(run({"rewrite", file, run.path("out.CFG")}).exit_code, ExitDone);
+    const auto body = [](const std::string& text) { return text.substr(text.find('\n') + 1); };
+    EXPECT_EQ(body(run.read("out.CFG")), body(Fitting));
+}
+
+TEST(Rewrite, OfAFileWithProblemsWritesNothing) {
+    const TerminalRun run;
+    const std::string file = run.file("in.CFG", std::string(Header) + "UR7;\r\n");
+    const Outcome outcome = run({"rewrite", file, run.path("out.CFG")});
+    EXPECT_EQ(outcome.exit_code, ExitFailed);
+    EXPECT_EQ(outcome.messages, file + ":2: Invalid Poll Rate of: 7\n");
+    EXPECT_FALSE(run.exists("out.CFG"));
+}
+
+}  // namespace kavorix::test
