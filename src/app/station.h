@@ -10,6 +10,7 @@
 #include "config/transmission.h"
 #include "link/discovery.h"
 #include "link/program_exit.h"
+#include "logging/log_file.h"
 #include "ui/operations.h"
 #include "ui/stream0_view.h"
 
@@ -40,11 +41,15 @@ class Station : private PollConsumers {
     // malformed.
     void start();
 
+    // The end of a run without a window: the error log is closed, and deleted after a run without
+    // errors.
+    void finish();
+
     // Selects exactly these pods (indices 0..49) among those of the poll table.
     void select_pods(const std::vector<int>& pods);
 
-    // Called at every poll boundary, after the views were refreshed.
-    void on_poll(std::function<void()> action) { on_poll_ = std::move(action); }
+    // Called at every poll boundary, with what the pods have sent so far.
+    void on_poll(std::function<void()> action);
 
   private:
     Surroundings with_;
@@ -67,15 +72,19 @@ class Station : private PollConsumers {
     Discovery discovery;
     Transmission transmission;
     ConfigFiles config_files;
+    LogFile log_file;
     ProgramExit program_exit;
     Stream0View stream0;
 
   private:
     void register_file_commands();
+    void register_log_commands();
+    void start_logs(bool scans, bool events);
+    void stop_logs(bool scans, bool events);
     void refresh_stream0() override;
     void refresh_stream1() override {}
     void show_events() override {}
-    void Write_Log_File(std::int16_t, std::int16_t, std::int32_t) override {}
+    void Write_Log_File(std::int16_t kind, std::int16_t flush, std::int32_t time) override;
     bool graph_exists() override { return false; }
     void WRUpdateData(std::span<const float>) override {}
 

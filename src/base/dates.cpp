@@ -9,7 +9,7 @@ namespace kavorix {
 
 namespace {
 
-std::chrono::sys_days to_days(const WallTime& time) {
+std::chrono::year_month_day to_date(const WallTime& time) {
     return std::chrono::year{time.year} / time.month / time.day;
 }
 
@@ -32,8 +32,13 @@ std::string month_name(int month) {
     return std::string(Names.substr(static_cast<std::size_t>(month - 1) * 3, 3));
 }
 
+bool is_date(const WallTime& time) {
+    return time.month >= 1 && time.day >= 1 && to_date(time).ok();
+}
+
 WallTime add_days(const WallTime& time, int days) {
-    const std::chrono::year_month_day date{to_days(time) + std::chrono::days{days}};
+    const std::chrono::year_month_day date{std::chrono::sys_days{to_date(time)} +
+                                           std::chrono::days{days}};
     WallTime result = time;
     result.year = static_cast<int>(date.year());
     result.month = static_cast<int>(static_cast<unsigned>(date.month()));

@@ -65,6 +65,9 @@ class Operations : public MainWindow {
     void pnlButton_DblClick(int stream);
     void unload_request();  // the window is asked to close; it stays until the program ends
 
+    // Shows the pods that a running log records in their logging pictures.
+    void show_logged_pods();
+
     // Whether a command can be used now.
     bool available(Command command) const;
 
