@@ -124,8 +124,7 @@ class ChannelGroup {
         const std::string expected = "a channel number from 1 to " + std::to_string(most);
         const Bounds bounds = {1, static_cast<double>(most), expected};
         Span span;
-        if (!reader_.require("number")) return span;
-        reader_.whole("number", span.first, bounds);
+        if (reader_.require("number")) reader_.whole("number", span.first, bounds);
         span.last = span.first;
         if (reader_.whole("last", span.last, bounds) && span.last < span.first)
             reader_.fail("last", "must not be below \"pod.channel.number\"");
@@ -275,18 +274,24 @@ void read_surroundings(TableReader& reader, PodSettings& pod) {
     reader.number("mains_hz", pod.mains_hz, {1.0, 1000.0, "a frequency from 1 to 1000"});
 }
 
-PodSettings read_pod(const toml::table& table, ScenarioErrors& errors) {
+// One [[pod]]: the same settings for one pod number or several.
+void read_pods(const toml::table& table, Scenario& scenario, std::array<bool, 51>& taken,
+               ScenarioErrors& errors) {
+    constexpr Bounds Numbers = {1, 50, "a pod number from 1 to 50"};
     TableReader reader(table, "pod", errors);
     PodSettings pod;
-    if (reader.require("number"))
-        reader.whole("number", pod.number, {1, 50, "a pod number from 1 to 50"});
+    int first = 0;
+    if (reader.require("number")) reader.whole("number", first, Numbers);
+    int last = first;
+    if (reader.whole("last", last, Numbers) && last < first)
+        reader.fail("last", "must not be below \"pod.number\"");
     if (reader.require("ident")) reader.text("ident", pod.ident, IdentLength, IdentLength);
     reader.whole("answer_ms", pod.answer_ms, {0, 60000, "a whole number from 0 to 60000"});
     read_surroundings(reader, pod);
     const PodFamily family = pod_family(std::string_view(pod.ident).substr(0, 2));
-    std::array<bool, MostChannels> taken{};
+    std::array<bool, MostChannels> wired{};
     reader.tables("channel", [&](const toml::table& entry) {
-        ChannelGroup(entry, family, errors).read(pod, taken);
+        ChannelGroup(entry, family, errors).read(pod, wired);
     });
     reader.tables("fault", [&](const toml::table& entry) {
         pod.faults.push_back(read_fault(entry, errors));
@@ -294,7 +299,13 @@ PodSettings read_pod(const toml::table& table, ScenarioErrors& errors) {
     reader.tables("text",
                   [&](const toml::table& entry) { pod.texts.push_back(read_text(entry, errors)); });
     reader.finish();
-    return pod;
+    for (pod.number = first; pod.number >= 1 && pod.number <= last; ++pod.number) {
+        bool& number_taken = taken.at(static_cast<std::size_t>(pod.number));
+        if (number_taken)
+            reader.fail("number", "names pod " + std::to_string(pod.number) + " again");
+        number_taken = true;
+        scenario.pods.push_back(pod);
+    }
 }
 
 Scenario read_scenario(const toml::table& root, ScenarioErrors& errors) {
@@ -306,15 +317,8 @@ Scenario read_scenario(const toml::table& root, ScenarioErrors& errors) {
     if (const toml::table* chaos = reader.table("chaos"))
         scenario.chaos = read_chaos(*chaos, errors);
     std::array<bool, 51> taken{};
-    reader.tables("pod", [&](const toml::table& entry) {
-        PodSettings pod = read_pod(entry, errors);
-        const auto number = static_cast<std::size_t>(pod.number);
-        if (taken[number] && entry.contains("number"))
-            errors.add(entry.get("number")->source(),
-                       "\"pod.number\" names pod " + std::to_string(number) + " again");
-        taken[number] = true;
-        scenario.pods.push_back(std::move(pod));
-    });
+    reader.tables("pod",
+                  [&](const toml::table& entry) { read_pods(entry, scenario, taken, errors); });
     reader.finish();
     std::sort(scenario.pods.begin(), scenario.pods.end(),
               [](const PodSettings& a, const PodSettings& b) { return a.number < b.number; });

@@ -74,8 +74,7 @@ TEST_F(DayOfPolling, CountsEveryPollAndLosesOnlyThePodsThatFail) {
     // Every record of a pod in the table was read, and no pod is asked after its failure.
     const long long day = 24 * 3600;
     const long long lost = 18 * 3600 + 12 * 3600 + 6 * 3600;
-    EXPECT_NEAR(static_cast<double>(driver.reads - 50),
-                static_cast<double>(50 * day - lost), 5);
+    EXPECT_NEAR(static_cast<double>(driver.reads - 50), static_cast<double>(50 * day - lost), 5);
     const long long ticks = day * 10;
     EXPECT_NEAR(static_cast<double>(driver.tests),
                 static_cast<double>((50 * ticks - lost * 10) * 4), 2000);

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <map>
 #include <set>
 
 #include "sim/pod_types.h"
@@ -133,6 +135,18 @@ TEST(ScenarioTest, WithoutACardTableThereIsNoCard) {
     EXPECT_EQ(load_scenario("[card]\n", "x.toml").scenario->card->address, -14336);
 }
 
+TEST(ScenarioTest, OneTableCanDescribeSeveralPods) {
+    const auto scenario = *load_scenario(Channel +
+                                             "[[pod]]\nnumber = 7\nlast = 9\nident = "
+                                             "\"8SFA 0F 1.00\"\n",
+                                         "x.toml")
+                               .scenario;
+    ASSERT_EQ(scenario.pods.size(), 4u);
+    EXPECT_EQ(scenario.pods[1].number, 7);
+    EXPECT_EQ(scenario.pods[3].number, 9);
+    EXPECT_EQ(scenario.pods[3].ident, "8SFA 0F 1.00");
+}
+
 TEST(ScenarioTest, DigitalChannelsSwingBetweenLogicLevelsUnlessTold) {
     const auto scenario = *load_scenario(Pod +
                                              "[[pod.channel]]\nnumber=1\nsignal=\"square\"\n"
@@ -207,6 +221,8 @@ TEST(ScenarioTest, WrongValuesNameTheirKey) {
         {"[[pod]]\nnumber = 2\nident = \"7V\u0416\"",
          "x.toml:3:9: \"pod.ident\" holds a character that has no place in code page 1252"},
         {Pod + Pod, "x.toml:5:10: \"pod.number\" names pod 3 again"},
+        {Pod + "last = 2", "x.toml:4:8: \"pod.last\" must not be below \"pod.number\""},
+        {Pod + "last = 51", "x.toml:4:8: \"pod.last\" must be a pod number from 1 to 50"},
         {Pod + "answer_ms = 0.5",
          "x.toml:4:13: \"pod.answer_ms\" must be a whole number from 0 to 60000"},
         {Pod + "[[pod.channel]]\nsignal = \"sine\"",
@@ -321,6 +337,76 @@ TEST(ScenarioTest, TheDemonstrationNetworkShowsEveryPodType) {
     }
     EXPECT_EQ(types, (std::set<std::string>{"7R", "7S", "7T", "7U", "7V", "7W", "8R", "8S"}));
     EXPECT_TRUE(scenario.card.has_value());
+}
+
+std::string shipped(const std::string& name) {
+    std::ifstream file(KAVORIX_SOURCE_DIR "/scenarios/" + name);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+TEST(ShippedScenarioTest, TheBuiltInNetworkIsTheDemonstrationFile) {
+    EXPECT_EQ(sim::demo_scenario_text(), shipped("demo.toml"));
+}
+
+TEST(ShippedScenarioTest, AllOfThemLoad) {
+    struct Case {
+        const char* name;
+        std::size_t pods;
+    };
+    for (const Case& c : {Case{"demo.toml", 12}, Case{"full.toml", 50}, Case{"faulty.toml", 13},
+                          Case{"empty.toml", 0}}) {
+        const auto loaded = load_scenario(shipped(c.name), c.name);
+        EXPECT_EQ(loaded.errors, std::vector<std::string>()) << c.name;
+        EXPECT_EQ(loaded.scenario->pods.size(), c.pods) << c.name;
+        EXPECT_TRUE(loaded.scenario->card.has_value()) << c.name;
+    }
+}
+
+// The keys in the first column of the tables of the reference page, with the table that they are
+// in.
+std::vector<std::pair<std::string, std::string>> documented_keys() {
+    std::ifstream page(KAVORIX_SOURCE_DIR "/docs/scenarios.md");
+    std::vector<std::pair<std::string, std::string>> keys;
+    std::string heading;
+    bool in_table = false;
+    bool table_of_keys = false;
+    for (std::string line; std::getline(page, line);) {
+        if (line.starts_with("## ")) heading = line.substr(3);
+        if (!in_table) table_of_keys = line.starts_with("| Key");
+        in_table = line.starts_with("|");
+        if (table_of_keys && line.starts_with("| `"))
+            keys.emplace_back(heading, line.substr(3, line.find('`', 3) - 3));
+    }
+    return keys;
+}
+
+TEST(ReferencePageTest, EveryKeyOnItIsKnown) {
+    const std::map<std::string, std::string> tables = {
+        {"The file as a whole", ""},
+        {"`[card]`", "[card]\n"},
+        {"`[[pod]]`", "[[pod]]\n"},
+        {"`[[pod.channel]]`", Pod + "[[pod.channel]]\n"},
+        {"`[[pod.fault]]`", Pod + "[[pod.fault]]\n"},
+        {"`[[pod.text]]`", Pod + "[[pod.text]]\n"},
+    };
+    const auto keys = documented_keys();
+    EXPECT_GT(keys.size(), 40u);
+    for (const auto& [heading, key] : keys) {
+        ASSERT_TRUE(tables.contains(heading)) << heading;
+        const auto loaded = load_scenario(tables.at(heading) + key + " = 1e300\n", "x.toml");
+        for (const std::string& error : loaded.errors)
+            EXPECT_EQ(error.find("unknown key"), std::string::npos) << heading << " " << error;
+    }
+}
+
+TEST(ShippedScenarioTest, TheFaultyNetworkHasEveryKindOfFault) {
+    std::set<sim::FaultKind> kinds;
+    const auto scenario = *load_scenario(shipped("faulty.toml"), "faulty.toml").scenario;
+    for (const sim::PodSettings& pod : scenario.pods)
+        for (const sim::Fault& fault : pod.faults) kinds.insert(fault.kind);
+    EXPECT_EQ(kinds.size(), static_cast<std::size_t>(sim::FaultKind::Reset) + 1);
+    EXPECT_FALSE(scenario.card_faults.empty());
+    EXPECT_FALSE(scenario.chaos.empty());
 }
 
 }  // namespace

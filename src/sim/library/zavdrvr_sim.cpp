@@ -16,26 +16,27 @@ namespace {
 
 using namespace kavorix;
 
-// The host's time until it is moved by hand.
+// The host's time until it is moved by hand; from the moment that was last asked for it then goes
+// on in the steps that it is told.
 class LibraryClock : public Clock {
   public:
-    std::uint32_t tick_count() const override { return by_hand_ ? tick_ : host_tick_count(); }
+    std::uint32_t tick_count() const override {
+        if (!by_hand_) tick_ = host_tick_count();
+        return tick_;
+    }
     WallTime wall_time() const override { return by_hand_ ? wall_ : host_wall_time(); }
     void block(int ms) override { by_hand_ ? advance(ms) : Clock::block(ms); }
 
     void advance(int ms) {
-        if (!by_hand_) {
-            tick_ = host_tick_count();
-            wall_ = host_wall_time();
-            by_hand_ = true;
-        }
+        if (!by_hand_) wall_ = host_wall_time();
+        by_hand_ = true;
         tick_ += static_cast<std::uint32_t>(std::max(ms, 0));
         wall_ = add_milliseconds(wall_, std::max(ms, 0));
     }
 
   private:
     bool by_hand_ = false;
-    std::uint32_t tick_ = 0;
+    mutable std::uint32_t tick_ = 0;  // last given
     WallTime wall_;
 };
 
