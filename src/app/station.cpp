@@ -101,6 +101,17 @@ void Station::register_view_commands() {
     });
 }
 
+void Station::set_up_pods_in(PodSetupWindows& windows) {
+    operations.on(Command::ZavSetup, [this, &windows] {
+        setup_selected_pod({configuration, run_time, screen, with_.driver, with_.dialogs,
+                            message_line_, failures_, windows, [this] {
+                                stream0.configuration_changed();
+                                stream1.configuration_changed();
+                            }});
+    });
+    operations.CheckItems();
+}
+
 void Station::set_up_interface() {
     InterfaceSettingsDialog dialog(
         link_surroundings(), configuration, discovery, operations,

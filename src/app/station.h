@@ -13,6 +13,7 @@
 #include "logging/log_file.h"
 #include "platform/system_info.h"
 #include "ui/operations.h"
+#include "ui/pod_setup.h"
 #include "ui/status_view.h"
 #include "ui/stream0_view.h"
 #include "ui/stream1_view.h"
@@ -54,6 +55,10 @@ class Station : private PollConsumers {
 
     // Selects exactly these pods (indices 0..49) among those of the poll table.
     void select_pods(const std::vector<int>& pods);
+
+    // Gives the pod configuration dialog its windows, which outlive the station; without them its
+    // command is not available.
+    void set_up_pods_in(PodSetupWindows& windows);
 
     // Called at every poll boundary, with what the pods have sent so far.
     void on_poll(std::function<void()> action);

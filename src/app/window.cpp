@@ -6,10 +6,12 @@
 #include "app/station.h"
 #include "ui/qt/icons.h"
 #include "ui/qt/main_window.h"
+#include "ui/qt/pod_setup_windows.h"
 #include "ui/qt/qt_dialogs.h"
 #include "ui/qt/qt_event_loop.h"
 #include "ui/qt/qt_windows.h"
 #include "ui/qt/theme.h"
+#include "ui/qt/window_memory.h"
 
 namespace kavorix {
 
@@ -32,10 +34,14 @@ class WindowStation {
           station_(
               {*driver_, loop_, dialogs_, *files_, windows_, {directory_, true}, *system_info_}),
           windows_(mirrors_, station_.stream0, memory_path(directory_)),
+          memory_(memory_path(directory_)),
+          pod_setup_windows_(mirrors_, dialogs_, memory_),
           window_(station_.screen, handlers_of(station_.operations), mirrors_,
                   memory_path(directory_)) {
         dialogs_.set_main_window(&window_);
         windows_.set_main_window(&window_);
+        pod_setup_windows_.set_main_window(&window_);
+        station_.set_up_pods_in(pod_setup_windows_);
     }
 
     int run() {
@@ -59,6 +65,8 @@ class WindowStation {
     std::unique_ptr<SystemInfo> system_info_;
     Station station_;
     QtWindows windows_;
+    WindowMemory memory_;
+    QtPodSetupWindows pod_setup_windows_;
     QtMainWindow window_;
 };
 

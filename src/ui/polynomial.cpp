@@ -1,5 +1,6 @@
 #include "ui/polynomial.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <iterator>
@@ -41,6 +42,26 @@ double value_at(const Coefficients6& coefficients, double x) {
     double value = 0;
     for (auto c = coefficients.rbegin(); c != coefficients.rend(); ++c) value = value * x + *c;
     return value;
+}
+
+ValueRange value_range(const Coefficients6& coefficients, double from, double to) {
+    constexpr int Steps = 200;
+    bool any = false;
+    ValueRange range;
+    for (int i = 0; i <= Steps; ++i) {
+        const double value = value_at(coefficients, from + (to - from) * i / Steps);
+        if (!std::isfinite(value)) continue;
+        range.lowest = any ? std::min(range.lowest, value) : value;
+        range.highest = any ? std::max(range.highest, value) : value;
+        any = true;
+    }
+    const double apart = std::max(1.0, std::fabs(range.lowest)) * 1E-6;
+    if (range.highest - range.lowest < apart) {
+        const double margin = std::max(1.0, std::fabs(range.lowest)) / 2;
+        range.lowest -= margin;
+        range.highest += margin;
+    }
+    return range;
 }
 
 std::string coefficient_text(double value) {

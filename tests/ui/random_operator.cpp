@@ -535,7 +535,7 @@ void RandomOperator::check_offers() {
 }
 
 TEST_P(RandomOperator, KeepsTheConfigurationConsistent) {
-    const int actions = from_environment("KAVORIX_RANDOM_ACTIONS", 6000);
+    const int actions = from_environment("KAVORIX_RANDOM_ACTIONS", 3000);
     PodConfigs before_all = configuration.ZavConfig;
     for (int i = 0; i < actions && !HasFailure(); ++i) {
         const PodConfig before = comparable(edited());
