@@ -223,8 +223,7 @@ TEST_F(PodSetupTest, CapabilityLettersWithholdListsOfTheConnectedTypeOnly) {
     EXPECT_TRUE(form.cboScanPeriod.enabled && form.cboIntegration.enabled);
     dialog.Form_Load(PodSetup::NoPod);
     choose_pod(3);
-    EXPECT_TRUE(form.cboScanPeriod.enabled && form.cboIntegration.enabled)
-        << "no pod was passed";
+    EXPECT_TRUE(form.cboScanPeriod.enabled && form.cboIntegration.enabled) << "no pod was passed";
     EXPECT_EQ(form.cboScanPeriod.index, 0);
 }
 
@@ -327,8 +326,8 @@ TEST_F(ClosingTest, TheAnswerDecides) {
         bool closed;
         std::int16_t period;
     };
-    for (const Row& row : {Row{Answer::Cancel, false, 0}, Row{Answer::No, true, 0},
-                           Row{Answer::Yes, true, 250}}) {
+    for (const Row& row :
+         {Row{Answer::Cancel, false, 0}, Row{Answer::No, true, 0}, Row{Answer::Yes, true, 250}}) {
         PodSetupRig other;
         other.open(Type7R);
         other.form.cboScanPeriod.index = 1;
