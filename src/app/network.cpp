@@ -2,6 +2,7 @@
 
 #include <system_error>
 
+#include "platform/driver_library.h"
 #include "sim/network.h"
 #include "sim/scenario_file.h"
 
