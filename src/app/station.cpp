@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "ui/interface_settings.h"
+
 namespace kavorix {
 
 CommandLink::Surroundings Station::link_surroundings() {
@@ -27,13 +29,18 @@ Station::Station(const Surroundings& surroundings)
       log_file({with_.files, with_.loop, failures_, screen, configuration, run_time}),
       program_exit(link_surroundings(),
                    [this](std::int16_t saveAs) { return config_files.save_file(saveAs); }),
-      stream0(run_time, configuration),
+      stream0(run_time, configuration, choose_channels()),
+      stream1(link_surroundings(), operations, choose_channels()),
+      stream2(run_time, with_.loop),
+      stream3(run_time),
       pod_errors_(error_log_, run_time.Link, screen, configuration.Interface),
       decoder_(link_surroundings(), link, pod_errors_),
       poll_cycle_(link_surroundings(), link, decoder_, *this) {
     for (PodConfig& pod : configuration.ZavConfig) default_ZAV_config(pod, NoDevice, 0);
     register_file_commands();
     register_log_commands();
+    register_link_commands();
+    register_view_commands();
     operations.CheckItems();
 }
 
@@ -68,9 +75,56 @@ void Station::register_file_commands() {
     operations.on(Command::OpenFile, [this] {
         config_files.open_file();
         stream0.configuration_changed();
+        stream1.configuration_changed();
     });
     operations.on(Command::Save, [this] { config_files.save_file(0); });
     operations.on(Command::SaveAs, [this] { config_files.save_file(1); });
+}
+
+ChooseChannels Station::choose_channels() {
+    return choose_in_window(with_.windows, with_.dialogs, failures_);
+}
+
+void Station::register_link_commands() {
+    operations.on(Command::InterfaceCard, [this] { set_up_interface(); });
+    operations.on(Command::TxCommand, [this] { type_command(); });
+}
+
+void Station::register_view_commands() {
+    operations.on(Command::ViewStream1, [this] { with_.windows.show_stream1(stream1); });
+    operations.on(Command::ViewStream2, [this] { with_.windows.show_stream2(stream2); });
+    operations.on(Command::ViewStream3, [this] { with_.windows.show_stream3(stream3); });
+    operations.on(Command::ViewStatus, [this] {
+        StatusView view = make_status_view();
+        view.Form_Load();
+        with_.windows.show_status(view);
+    });
+}
+
+void Station::set_up_interface() {
+    InterfaceSettingsDialog dialog(
+        link_surroundings(), configuration, discovery, operations,
+        [this](std::int16_t saveAs) { return config_files.save_file(saveAs); });
+    dialog.Form_Load();
+    const std::int16_t address = configuration.Interface.CardAddress;
+    with_.windows.show_interface_settings(dialog);
+    if (configuration.Interface.CardAddress == address) return;
+    // Another network: what the open views show is gone.
+    const auto& open = run_time.Poll.ViewOpen;
+    if (open[ReadingStream] == 1) stream0.load();
+    if (open[RequestStream] == 1) stream1.load();
+    if (open[EventStream] == 1) stream2.load();
+    if (open[TextStream] == 1) stream3.load();
+}
+
+void Station::type_command() {
+    TxCommandDialog dialog(link_surroundings(), link, operations, typed_commands_,
+                           [this](std::string_view sent) { stream1.note_sent(sent); });
+    with_.windows.show_tx_command(dialog);
+}
+
+StatusView Station::make_status_view() {
+    return {link_surroundings(), discovery, operations, with_.system_info};
 }
 
 void Station::start() {

@@ -69,6 +69,7 @@ class TerminalStation {
     };
 
     std::unique_ptr<Files> files_;
+    std::unique_ptr<SystemInfo> system_info_;
     std::unique_ptr<Driver> driver_;
     TerminalDialogs dialogs_;
     NoWindows windows_;
