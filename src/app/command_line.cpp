@@ -50,6 +50,8 @@ int run_command_line(int argc, const char* const* argv, const ProgramSurrounding
     add_watch(line);
     add_log(line);
     add_status(line);
+    add_convert(line);
+    add_info(line);
     add_check(line);
     add_statements(line);
     add_rewrite(line);
