@@ -26,6 +26,7 @@ Station::Station(const Surroundings& surroundings)
                    [this] { link.TXString(); }),
       config_files({configuration, run_time.Status, with_.dialogs, with_.files, with_.loop,
                     message_line_, failures_, with_.folder.directory}),
+      log_file({with_.files, with_.loop, failures_, screen, configuration, run_time}),
       program_exit(link_surroundings(),
                    [this](std::int16_t saveAs) { return config_files.save_file(saveAs); }),
       stream0(run_time, configuration, choose_channels()),
@@ -39,7 +40,35 @@ Station::Station(const Surroundings& surroundings)
     register_file_commands();
     register_link_commands();
     register_view_commands();
+    register_log_commands();
     operations.CheckItems();
+}
+
+void Station::register_log_commands() {
+    operations.on(Command::StartScanLog, [this] { start_logs(true, false); });
+    operations.on(Command::StartEventLog, [this] { start_logs(false, true); });
+    operations.on(Command::StartBothLogs, [this] { start_logs(true, true); });
+    operations.on(Command::StopScanLog, [this] { stop_logs(true, false); });
+    operations.on(Command::StopEventLog, [this] { stop_logs(false, true); });
+    operations.on(Command::StopBothLogs, [this] { stop_logs(true, true); });
+}
+
+void Station::start_logs(bool scans, bool events) {
+    if (scans) log_file.Start_Log_File(ScanLog);
+    if (events) log_file.Start_Log_File(EventLog);
+    operations.show_logged_pods();
+    operations.ConfigItems(0);
+}
+
+void Station::stop_logs(bool scans, bool events) {
+    if (scans) log_file.Stop_Log_File(ScanLog);
+    if (events) log_file.Stop_Log_File(EventLog);
+    operations.show_logged_pods();
+    operations.CheckItems();
+}
+
+void Station::Write_Log_File(std::int16_t kind, std::int16_t flush, std::int32_t time) {
+    log_file.Write_Log_File(kind, flush, time);
 }
 
 void Station::register_file_commands() {
@@ -100,6 +129,19 @@ StatusView Station::make_status_view() {
 
 void Station::start() {
     discovery.Form_Load(with_.files, join_path(with_.folder.directory, "KAVORIX.INI"));
+}
+
+void Station::finish() {
+    tmrPoll_->stop();
+    error_log_.close();
+    if (run_time.Link.SessionErrorCount == 0) error_log_.remove();
+    with_.driver.Zav_Disconnect(configuration.Interface.CardHandle);
+}
+
+void Station::on_poll(std::function<void()> action) {
+    on_poll_ = std::move(action);
+    // The poll cycle calls for what a stream-0 view would show.
+    run_time.Poll.ViewOpen[ReadingStream] = on_poll_ ? 1 : 0;
 }
 
 void Station::select_pods(const std::vector<int>& pods) {

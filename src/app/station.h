@@ -10,6 +10,7 @@
 #include "config/transmission.h"
 #include "link/discovery.h"
 #include "link/program_exit.h"
+#include "logging/log_file.h"
 #include "platform/system_info.h"
 #include "ui/operations.h"
 #include "ui/status_view.h"
@@ -47,11 +48,15 @@ class Station : private PollConsumers {
     // malformed.
     void start();
 
+    // The end of a run without a window: the error log is closed, and deleted after a run without
+    // errors.
+    void finish();
+
     // Selects exactly these pods (indices 0..49) among those of the poll table.
     void select_pods(const std::vector<int>& pods);
 
-    // Called at every poll boundary, after the views were refreshed.
-    void on_poll(std::function<void()> action) { on_poll_ = std::move(action); }
+    // Called at every poll boundary, with what the pods have sent so far.
+    void on_poll(std::function<void()> action);
 
   private:
     Surroundings with_;
@@ -74,6 +79,7 @@ class Station : private PollConsumers {
     Discovery discovery;
     Transmission transmission;
     ConfigFiles config_files;
+    LogFile log_file;
     ProgramExit program_exit;
     Stream0View stream0;
     Stream1View stream1;
@@ -85,8 +91,11 @@ class Station : private PollConsumers {
 
   private:
     void register_file_commands();
+    void register_log_commands();
     void register_link_commands();
     void register_view_commands();
+    void start_logs(bool scans, bool events);
+    void stop_logs(bool scans, bool events);
     void set_up_interface();
     void type_command();
     ChooseChannels choose_channels();
@@ -95,7 +104,7 @@ class Station : private PollConsumers {
     void refresh_stream1() override { stream1.refresh(); }
     void refresh_stream3() override { stream3.refresh(); }
     void show_events() override { stream2.show_events(); }
-    void Write_Log_File(std::int16_t, std::int16_t, std::int32_t) override {}
+    void Write_Log_File(std::int16_t kind, std::int16_t flush, std::int32_t time) override;
     bool graph_exists() override { return false; }
     void WRUpdateData(std::span<const float>) override {}
 

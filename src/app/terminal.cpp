@@ -4,6 +4,7 @@
 #include <ostream>
 
 #include "base/text.h"
+#include "sim/network.h"
 
 namespace kavorix {
 
@@ -43,6 +44,10 @@ TerminalStation::TerminalStation(const CommonOptions& options, EventLoop& loop,
 bool TerminalStation::start() {
     station.start();
     return station.run_time.Link.PollTable.NumInPoll > 0;
+}
+
+const sim::Network* TerminalStation::simulated_network() const {
+    return dynamic_cast<const sim::Network*>(driver_.get());
 }
 
 std::vector<int> TerminalStation::pods(const std::string& list) const {

@@ -9,8 +9,14 @@ namespace kavorix {
 
 namespace {
 
-std::chrono::sys_days to_days(const WallTime& time) {
+std::chrono::year_month_day to_date(const WallTime& time) {
     return std::chrono::year{time.year} / time.month / time.day;
+}
+
+constexpr long long Day = 24LL * 60 * 60 * 1000;
+
+long long milliseconds_of_day(const WallTime& time) {
+    return ((time.hour * 60LL + time.minute) * 60 + time.second) * 1000 + time.millisecond;
 }
 
 }  // namespace
@@ -26,8 +32,13 @@ std::string month_name(int month) {
     return std::string(Names.substr(static_cast<std::size_t>(month - 1) * 3, 3));
 }
 
+bool is_date(const WallTime& time) {
+    return time.month >= 1 && time.day >= 1 && to_date(time).ok();
+}
+
 WallTime add_days(const WallTime& time, int days) {
-    const std::chrono::year_month_day date{to_days(time) + std::chrono::days{days}};
+    const std::chrono::year_month_day date{std::chrono::sys_days{to_date(time)} +
+                                           std::chrono::days{days}};
     WallTime result = time;
     result.year = static_cast<int>(date.year());
     result.month = static_cast<int>(static_cast<unsigned>(date.month()));
@@ -36,10 +47,7 @@ WallTime add_days(const WallTime& time, int days) {
 }
 
 WallTime add_milliseconds(const WallTime& time, long long milliseconds) {
-    constexpr long long Day = 24LL * 60 * 60 * 1000;
-    long long of_day =
-        ((time.hour * 60LL + time.minute) * 60 + time.second) * 1000 + time.millisecond;
-    of_day += milliseconds % Day;
+    long long of_day = milliseconds_of_day(time) + milliseconds % Day;
     int days = static_cast<int>(milliseconds / Day);
     if (of_day < 0) {
         of_day += Day;
@@ -54,6 +62,12 @@ WallTime add_milliseconds(const WallTime& time, long long milliseconds) {
     result.minute = static_cast<int>(of_day / 60000 % 60);
     result.hour = static_cast<int>(of_day / 3600000);
     return result;
+}
+
+long long milliseconds_between(const WallTime& from, const WallTime& to) {
+    return (std::chrono::sys_days{to_date(to)} - std::chrono::sys_days{to_date(from)}).count() *
+               Day +
+           milliseconds_of_day(to) - milliseconds_of_day(from);
 }
 
 }  // namespace kavorix

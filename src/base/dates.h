@@ -27,10 +27,16 @@ std::string general_date(const WallTime& time);
 // The English month abbreviation of 1..12 ("Jan" .. "Dec"); empty for any other number.
 std::string month_name(int month);
 
+// Whether the calendar has this day.
+bool is_date(const WallTime& time);
+
 // The same time of day `days` days later (negative: earlier), by the Gregorian calendar.
 WallTime add_days(const WallTime& time, int days);
 
 // The same moment `milliseconds` later (negative: earlier), every day having 24 hours.
 WallTime add_milliseconds(const WallTime& time, long long milliseconds);
+
+// Milliseconds from one moment to another, negative when it is earlier.
+long long milliseconds_between(const WallTime& from, const WallTime& to);
 
 }  // namespace kavorix

@@ -76,6 +76,18 @@ std::string without_commas(std::string_view text) {
     return digits;
 }
 
+// The value of up to 7 digits with nothing else, which most numbers of a configuration file are and
+// which a single holds exactly; -1 for any other text.
+int short_digits(std::string_view text) {
+    if (text.empty() || text.size() > 7) return -1;
+    int value = 0;
+    for (const char c : text) {
+        if (!is_digit(c)) return -1;
+        value = 10 * value + (c - '0');
+    }
+    return value;
+}
+
 // "NaN" and the infinities; true when `value` is one of them.
 bool write_non_finite(double value, std::string& out) {
     if (std::isfinite(value)) return false;
@@ -114,6 +126,7 @@ void count_up(std::string& text) {
 }  // namespace
 
 std::optional<double> to_number(std::string_view text) {
+    if (const int digits = short_digits(text); digits >= 0) return static_cast<double>(digits);
     text = trim(text);
     if (text.empty() || numeric_prefix(text, true) != text.size()) return std::nullopt;
     const bool grouped = text.find(',') != std::string_view::npos;
@@ -123,10 +136,12 @@ std::optional<double> to_number(std::string_view text) {
 }
 
 std::optional<float> to_single(std::string_view text) {
+    if (const int digits = short_digits(text); digits >= 0) return static_cast<float>(digits);
     const auto value = to_number(text);
     if (!value) return std::nullopt;
     // From the text: by way of a double the value would be rounded twice.
-    const float single = leading_single(without_commas(text));
+    const bool grouped = text.find(',') != std::string_view::npos;
+    const float single = grouped ? leading_single(without_commas(text)) : leading_single(text);
     if (!std::isfinite(single)) return std::nullopt;
     return single;
 }
@@ -211,6 +226,13 @@ char* write_general_plain(float value, char* out) {
         *out++ = static_cast<char>('0' + magnitude % 10);
     }
     return out;
+}
+
+std::string shortest(double value) {
+    std::string text;
+    if (write_non_finite(value, text)) return text;
+    std::array<char, 32> buffer{};
+    return {buffer.data(), std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr};
 }
 
 std::string fixed(double value, int decimals) {

@@ -59,6 +59,10 @@ char* write_general(float value, char* out);
 // against.
 char* write_general_plain(float value, char* out);
 
+// The shortest text that gives the same double again: "0.1", "1e+20". Not finite values as
+// general() has them.
+std::string shortest(double value);
+
 // Fixed number of decimals (0..9), rounded from the exact value, halves away from zero, "-" only
 // before a value that does not round to zero: fixed(2.5, 0) is "3", fixed(-0.4, 0) is "0". NaN
 // "NaN", infinities "Inf" and "-Inf".

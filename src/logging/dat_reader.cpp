@@ -78,7 +78,13 @@ std::optional<DatItem> DatReader::read_item() {
     if (marker == HeaderMarker) return read_header();
     if (marker == ConfigurationMarker) return read_configuration();
     if (marker == UnfinishedMarker) skip_unfinished_block();
+    if (marker == 0) skip_filler();
     return std::nullopt;
+}
+
+// Passes over the zeros that the buffer holds, as far as they make whole singles.
+void DatReader::skip_filler() {
+    while (end_ - begin_ >= EntrySize && read_field<std::uint32_t>(at()) == 0) begin_ += EntrySize;
 }
 
 DatItem DatReader::read_header() {
@@ -109,21 +115,18 @@ DatItem DatReader::read_configuration() {
 std::optional<DatItem> DatReader::read_pod() {
     constexpr std::size_t TypeCodeSize = 2;
     if (!have(2 * sizeof(std::int16_t) + TypeCodeSize)) return DatItem::CutShort;
-    LoggedPod pod;
-    pod.Number = take<std::int16_t>();
-    pod.TypeCode.assign(at(), TypeCodeSize);
+    const auto number = take<std::int16_t>();
+    const std::string type_code(at(), TypeCodeSize);
     begin_ += TypeCodeSize;
     const auto channels = take<std::int16_t>();
-    if (pod.Number < 1 || pod.Number > MaxZavs || channels < 0 || channels > MaxChannels)
+    if (number < 1 || number > MaxZavs || channels < 0 || channels > MaxChannels)
         return DatItem::Damaged;
     if (!have(static_cast<std::size_t>(channels) * (MaxLabel + MaxUnit))) return DatItem::CutShort;
+    LoggedPod& pod = header_.Pods.emplace_back(LoggedPod{number, type_code, {}});
     for (int channel = 0; channel < channels; ++channel) {
-        const std::string label(at(), MaxLabel);
-        const std::string unit(at() + MaxLabel, MaxUnit);
-        pod.Channels.push_back({label, unit});
+        pod.Channels.push_back({{at(), MaxLabel}, {at() + MaxLabel, MaxUnit}});
         begin_ += MaxLabel + MaxUnit;
     }
-    header_.Pods.push_back(std::move(pod));
     return std::nullopt;
 }
 

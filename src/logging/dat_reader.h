@@ -61,6 +61,7 @@ class DatReader {
     DatItem read_configuration();
     std::optional<DatItem> read_pod();
     DatItem read_data();
+    void skip_filler();
     void skip_unfinished_block();
 
     File& file_;

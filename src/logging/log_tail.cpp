@@ -62,18 +62,26 @@ void repair_block(File& file, std::uint64_t begin) {
     file.write_at(begin + complete, std::string(BlockSize - complete, '\0'));
 }
 
-struct RunStart {
-    DatItem read = DatItem::End;  // Configuration when header and configuration are whole
-    std::uint64_t blocks = 0;     // where the first block stands then
+enum class RunStart {
+    Whole,  // header and configuration
+    Torn,   // the file ends within them
+    None    // something else
 };
 
-RunStart read_run_start(File& file, std::uint64_t run) {
+// Looks for a run at `run`; `blocks` becomes the position of its first block when it is whole.
+RunStart look_for_run(File& file, std::uint64_t run, std::uint64_t& blocks) {
     constexpr std::size_t HeaderBuffer = 4096;
     DatReader reader(file, HeaderBuffer, run);
-    DatItem item = reader.next();
-    if (reader.item_position() != run) return {};
-    if (item == DatItem::Header) item = reader.next();
-    return {item, reader.position()};
+    std::uint64_t expected_at = run;
+    for (const DatItem expected : {DatItem::Header, DatItem::Configuration}) {
+        const DatItem item = reader.next();
+        if (reader.item_position() != expected_at) return RunStart::None;
+        if (item == DatItem::CutShort || item == DatItem::End) return RunStart::Torn;
+        if (item != expected) return RunStart::None;
+        expected_at = reader.position();
+    }
+    blocks = expected_at;
+    return RunStart::Whole;
 }
 
 bool is_header(File& file, std::uint64_t position) {
@@ -97,13 +105,14 @@ std::uint64_t repair_log_end(File& file) {
     const std::uint64_t size = file.size();
     std::uint64_t run = 0;
     while (run < size) {
-        const RunStart start = read_run_start(file, run);
-        if (start.read == DatItem::Configuration) {
-            run = behind_blocks(file, start.blocks, size);
+        std::uint64_t blocks = 0;
+        const RunStart start = look_for_run(file, run, blocks);
+        if (start == RunStart::Whole) {
+            run = behind_blocks(file, blocks, size);
             continue;
         }
         const std::uint64_t rest = size - run;
-        if (start.read != DatItem::CutShort || rest > LongestHeader ||
+        if (start == RunStart::None || rest > LongestHeader ||
             !could_be_header(read_part(file, run, static_cast<std::size_t>(rest))))
             return size;
         file.truncate(run);

@@ -45,12 +45,22 @@ struct Option {
 };
 
 inline constexpr std::int16_t DigitalStatus = 70;  // mode of a digital input
+inline constexpr std::int16_t SwitchOutputMode = 80;
+inline constexpr std::int16_t FrequencyMode = 90;
+inline constexpr std::int16_t PeriodsMode = 91;
+inline constexpr std::int16_t UserTable1Mode = 39;  // linearised by user thermocouple table 1
+inline constexpr std::int16_t UserTable2Mode = 30;
 
 constexpr bool is_strain_mode(std::int16_t mode) {
     return mode >= 60 && mode <= 67;
 }
 constexpr bool is_thermocouple_mode(std::int16_t mode) {
     return mode >= 30 && mode <= 39;
+}
+// Modes that have a sample rate and a time-out on universal pods; 8R pods have them in every mode.
+constexpr bool has_sampling(std::int16_t mode) {
+    return mode == DigitalStatus || mode == 74 || mode == 75 || mode == SwitchOutputMode ||
+           mode == FrequencyMode || mode == PeriodsMode;
 }
 // Four- and three-terminal measurements, which take an odd channel and the even one after it on
 // universal pods.

@@ -26,11 +26,10 @@ class Timer {
     virtual int interval_ms() const = 0;
 };
 
-// One thread. Handlers may throw: the exception leaves the innermost run or wait call, whatever
-// toolkit lies between.
-class EventLoop {
+// What time it is.
+class Clock {
   public:
-    virtual ~EventLoop() = default;
+    virtual ~Clock() = default;
 
     // Milliseconds since some fixed moment, never going back but wrapping at 2^32. For intervals.
     virtual std::uint32_t tick_count() const = 0;
@@ -38,6 +37,14 @@ class EventLoop {
     // The local wall clock. It may jump in either direction.
     virtual WallTime wall_time() const = 0;
 
+    // Lets `ms` pass without any event: for a driver call that has to wait. Up to 32767 ms.
+    virtual void block(int ms);
+};
+
+// One thread. Handlers may throw: the exception leaves the innermost run or wait call, whatever
+// toolkit lies between.
+class EventLoop : public Clock {
+  public:
     // A stopped timer that calls `on_tick`.
     virtual std::unique_ptr<Timer> make_timer(std::function<void()> on_tick) = 0;
 
@@ -49,9 +56,6 @@ class EventLoop {
 
     // Lets the events flow that are due, waiting up to `longest_ms` for the first.
     virtual void process_events(int longest_ms) = 0;
-
-    // Lets `ms` pass without any event: for a driver call that has to wait. Up to 32767 ms.
-    virtual void block(int ms);
 };
 
 }  // namespace kavorix

@@ -54,7 +54,7 @@ std::uint32_t host_tick_count() {
 }
 
 // Loops that follow the real time wait in it.
-void EventLoop::block(int ms) {
+void Clock::block(int ms) {
     if (ms > 0) std::this_thread::sleep_for(milliseconds(ms));
 }
 

@@ -83,6 +83,7 @@ class Reader {
         statement.mnemonic = take_characters(2);
         if (statement.mnemonic == "CH") {
             const auto channel = digits(2);
+            statement.names_channel = true;
             statement.channel = channel.value_or(0);
             statement.mnemonic = take_characters(2);
             statement.refusal =
@@ -115,6 +116,7 @@ class Reader {
             case Form::Digits:
                 return read_digits(statement.argument, 3);
             case Form::Channel:
+                statement.names_channel = true;
                 return read_digits(statement.channel, 3);
             case Form::Numbers:
                 return read_numbers(statement, row.numbers);

@@ -68,7 +68,8 @@ struct Statement {
     Refusal refusal = Refusal::None;  // Unknown or Argument; then only mnemonic and channel hold
     Verb verb = Verb::Status;         // also holds for Refusal::Argument
     std::string mnemonic;             // its two letters, as far as they came
-    int channel = 0;                  // of CH n, ME, IN and CL; 0 when there is none
+    bool names_channel = false;       // CH n, ME, IN and CL
+    int channel = 0;                  // the channel that it names, as it stands there
     int argument = 0;                 // digits: code, state, table, mode
     int range = 0;                    // ChannelMode
     std::array<float, 12> numbers{};

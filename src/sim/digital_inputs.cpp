@@ -10,6 +10,8 @@ constexpr double StatusTime = 0.001;  // to look at a level or a count
 
 // Time-out codes 0..5.
 constexpr std::array<double, 6> TimeoutSeconds = {0.2, 2.0, 20.0, 50.0, 70.0, 130.0};
+// Time between two samples, for the sample rate codes 0..4. By default a pod samples at 1 kHz.
+constexpr std::array<double, 5> SampleSeconds = {1e-3, 0.05, 1e-3, 1e-4, 1e-5};
 // Gates of the frequency ranges 0..3.
 constexpr std::array<double, 4> GateSeconds = {0.01, 0.1, 1.0, 10.0};
 // Periods of the ranges 0..3.
@@ -34,14 +36,19 @@ Thresholds thresholds_of(const HeldChannel& set) {
 
 DigitalInputs::DigitalInputs(const PodSettings& pod, const RandomSource& random)
     : pod_(pod), random_(random) {
-    for (int channel = 1; channel <= MostChannels; ++channel) configure(channel, {}, 0.0);
+    for (int channel = 1; channel <= MostChannels; ++channel) configure(channel, {});
 }
 
-void DigitalInputs::configure(int channel, const HeldChannel& set, double time_s) {
+std::optional<double> DigitalInputs::duration(const HeldChannel& set) {
+    if (set.mode == 91 || set.mode == 92) return std::nullopt;
+    return set.mode == 90 ? GateSeconds.at(static_cast<std::size_t>(set.range)) : StatusTime;
+}
+
+void DigitalInputs::configure(int channel, const HeldChannel& set) {
     const auto index = static_cast<std::size_t>(channel - 1);
-    Input& input = inputs_.at(index);
-    input.logic.emplace(pod_.channels.at(index).signal, random_.child(index), thresholds_of(set));
-    clear_count(channel, time_s);
+    inputs_.at(index).logic.emplace(pod_.channels.at(index).signal, random_.child(index),
+                                    thresholds_of(set),
+                                    SampleSeconds.at(static_cast<std::size_t>(set.sample_rate)));
 }
 
 void DigitalInputs::clear_count(int channel, double time_s) {

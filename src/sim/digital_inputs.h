@@ -13,14 +13,18 @@ namespace kavorix::sim {
 
 class DigitalInputs {
   public:
+    // Seconds that a mode takes; nothing where that depends on the signal (91, 92).
+    static std::optional<double> duration(const HeldChannel& set);
+
     // Keeps a reference to the settings.
     DigitalInputs(const PodSettings& pod, const RandomSource& random);
 
-    // A channel (1-based) gets a mode or range: its counts start anew.
-    void configure(int channel, const HeldChannel& set, double time_s);
+    // A channel (1-based) gets another mode, range or sample rate; its counts go on.
+    void configure(int channel, const HeldChannel& set);
     void clear_count(int channel, double time_s);
 
-    // Measures a channel in mode 70, 74..76 or 90..92, starting at `time_s`.
+    // Measures a channel in mode 70, 74..76 or 90..92, starting at `time_s`. Event Increment counts
+    // on from the last measurement.
     Reading measure(const HeldChannel& set, int channel, double time_s);
 
     const LogicInput& input(int channel) const;

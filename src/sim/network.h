@@ -1,9 +1,9 @@
 #pragma once
 
-// The simulated pod network: a driver whose pods behave like pods. Its time is the event loop's and
-// its chance comes from the scenario's seed, so that a run repeats exactly, in real or virtual
-// time. It reads the command bytes by itself and shares no table with the rest of the program: what
-// its pods hold is a witness of what was sent.
+// The simulated pod network: a driver whose pods behave like pods. Its time is the clock's that it
+// is given and its chance comes from the scenario's seed, so that a run repeats exactly, in real or
+// virtual time. It reads the command bytes by itself and shares no table with the rest of the
+// program: what its pods hold is a witness of what was sent.
 
 #include <array>
 #include <memory>
@@ -11,6 +11,7 @@
 
 #include "platform/driver.h"
 #include "platform/event_loop.h"
+#include "sim/faults.h"
 #include "sim/pod.h"
 #include "sim/scenario.h"
 #include "sim/sim_clock.h"
@@ -19,8 +20,8 @@ namespace kavorix::sim {
 
 class Network : public Driver {
   public:
-    // Its time starts at 0 now. Keeps a reference to the loop.
-    Network(Scenario scenario, EventLoop& loop);
+    // Its time starts at 0 now. Keeps a reference to the clock.
+    Network(Scenario scenario, Clock& host);
     ~Network() override;
 
     // What a pod (1..50) holds; nothing when the scenario has no pod of that number.
@@ -45,15 +46,35 @@ class Network : public Driver {
     void Zav_DLLDelay(std::int16_t milliseconds) override;
 
   private:
-    bool card_open(std::int16_t handle) const;
-    bool suffers(const Pod& pod, FaultKind kind);
+    struct Node {
+        Node(const PodSettings& settings, const std::vector<Fault>& chaos, SimClock& clock,
+             const RandomSource& random);
+        Pod pod;
+        Faults faults;
+    };
+    // The numeric results of a stream, cut to the spans.
+    struct Results {
+        std::int16_t& count;
+        std::span<float> values;
+        std::span<std::int16_t> codes;
+    };
+
+    bool card_present();
+    bool card_open(std::int16_t handle);
+    bool suffers(Node& node, FaultKind kind);
     // The pod that answers at a number; nothing without card, power or pod.
-    Pod* reach(std::int16_t pod, std::int16_t handle);
+    Node* reach(std::int16_t pod, std::int16_t handle);
+    bool waiting(Node& node, std::int16_t stream);
+    std::optional<std::string> take_text(Node& node, std::int16_t stream, std::size_t size);
+    bool take_results(Node& node, std::int16_t stream, const Results& results);
+    std::int16_t garbage_status(Node& node);
+    void spoil(Node& node, std::string& text, std::size_t room);
+    void spoil(Node& node, const Results& results);
 
     Scenario scenario_;
-    EventLoop& loop_;
+    Clock& host_;
     SimClock clock_;
-    std::array<std::unique_ptr<Pod>, MaxZavs> pods_;
+    std::array<std::unique_ptr<Node>, MaxZavs> nodes_;
     int connections_ = 0;
     bool powered_ = false;
 };

@@ -38,7 +38,7 @@ Coefficients coefficients(const Statement& statement, std::size_t first) {
 }
 
 Refusal store_alarm(const Statement& statement, HeldAlarm& alarm) {
-    if (!std::isfinite(statement.numbers[0]) || !(statement.numbers[1] >= 0.0F))
+    if (!std::isfinite(statement.numbers[0]) || !std::isfinite(statement.numbers[1]))
         return Refusal::Argument;
     alarm = {true, statement.numbers[0], statement.numbers[1]};
     return Refusal::None;
@@ -75,8 +75,20 @@ bool belongs(Verb verb, PodFamily family) {
 
 }  // namespace
 
-Refusal Pod::apply_pod(const Statement& statement) {
-    if (!belongs(statement.verb, family_)) return Refusal::Mode;
+void Pod::apply(const Statement& statement) {
+    // Requests are answered in any case, so that answers and requests stay in step.
+    if (statement.mnemonic == "ME" || statement.mnemonic == "IN") {
+        answer_request(statement);
+        return;
+    }
+    Refusal refusal = statement.refusal;
+    if (refusal == Refusal::None)
+        refusal = statement.names_channel ? apply_to_channel(statement) : apply_to_pod(statement);
+    if (refusal != Refusal::None) refuse(statement, refusal);
+}
+
+Refusal Pod::apply_to_pod(const Statement& statement) {
+    if (!belongs(statement.verb, front_.family())) return Refusal::Mode;
     const int argument = statement.argument;
     switch (statement.verb) {
         case Verb::ScanPeriod:
@@ -85,18 +97,17 @@ Refusal Pod::apply_pod(const Statement& statement) {
                 return Refusal::Argument;
             held_.scan_period_ms = statement.numbers[0];
             return Refusal::None;
-        case Verb::Calibration: {
-            const Refusal refusal = store(held_.calibration, argument, 1);
-            if (refusal == Refusal::None) held_.calibration = argument == 0;
-            return refusal;
-        }
+        case Verb::Calibration:
+            return store(held_.calibration, 1 - argument, 1);
         case Verb::Integration:
             return store(held_.integration, argument, 5);
         case Verb::Units:
             return store(held_.fahrenheit, argument, 1);
-        case Verb::ExternalReference:
-            held_.ambient_reference = false;
-            return store_numbers(statement, {&held_.external_temperature});
+        case Verb::ExternalReference: {
+            const Refusal refusal = store_numbers(statement, {&held_.external_temperature});
+            if (refusal == Refusal::None) held_.ambient_reference = false;
+            return refusal;
+        }
         case Verb::OpenCheck:
             return store(held_.open_check, argument, 1);
         case Verb::UserTable:
@@ -113,12 +124,11 @@ Refusal Pod::apply_pod(const Statement& statement) {
             return store(held_.hardware_watch, argument, 1);
         case Verb::SoftwareWatch:
             return store(held_.software_watch, argument, 255);
-        case Verb::Events:
-            if (argument > 1) return Refusal::Argument;
-            held_.event_capture = argument == 1;
-            captured_to_ms_ = now_ms_;
-            if (held_.event_capture) report_levels();
-            return Refusal::None;
+        case Verb::Events: {
+            const Refusal refusal = store(held_.event_capture, argument, 1);
+            if (refusal == Refusal::None && held_.event_capture) events_.start(now_ms_);
+            return refusal;
+        }
         default:
             operate(statement);
             return Refusal::None;
@@ -128,10 +138,10 @@ Refusal Pod::apply_pod(const Statement& statement) {
 void Pod::operate(const Statement& statement) {
     switch (statement.verb) {
         case Verb::Trigger:
-            if (!running_ || !held_.continuous) start_scan(now_ms_);
+            scanner_.trigger(now_ms_);
             break;
         case Verb::Halt:
-            running_.reset();
+            scanner_.halt();
             held_.continuous = false;
             break;
         case Verb::Reset:
@@ -155,28 +165,32 @@ void Pod::operate(const Statement& statement) {
     }
 }
 
-Refusal Pod::apply_channel(const Statement& statement) {
+Refusal Pod::apply_to_channel(const Statement& statement) {
     if (!has_channel(statement.channel)) return Refusal::Channel;
-    HeldChannel& channel = held_.channels.at(static_cast<std::size_t>(statement.channel - 1));
-    const bool digital = is_digital_channel(family_, statement.channel);
-    const bool timed = digital && family_ != PodFamily::Switch;
-    const bool analog_universal = family_ == PodFamily::Universal && !digital;
+    HeldChannel& channel = held_channel(statement.channel);
+    const PodFamily family = front_.family();
+    const bool digital = is_digital_channel(family, statement.channel);
+    const bool timed = digital && family != PodFamily::Switch;
+    const bool bridge = family == PodFamily::Bridge;
+    const bool linearised = family == PodFamily::Universal && !digital;
     switch (statement.verb) {
         case Verb::ChannelMode:
             return set_mode(channel, statement);
         case Verb::GaugeFactor:
-            if (family_ != PodFamily::Bridge) return Refusal::Mode;
-            return store_numbers(statement, {&channel.gauge_factor});
+            return bridge ? store_numbers(statement, {&channel.gauge_factor}) : Refusal::Mode;
         case Verb::StrainOffset:
-            if (family_ != PodFamily::Bridge) return Refusal::Mode;
-            return store_numbers(statement, {&channel.offset, &channel.initial_volt});
-        case Verb::SampleRate:
-            return timed ? store(channel.sample_rate, statement.argument, 4) : Refusal::Mode;
+            return bridge ? store_numbers(statement, {&channel.offset, &channel.initial_volt})
+                          : Refusal::Mode;
+        case Verb::SampleRate: {
+            const Refusal refusal =
+                timed ? store(channel.sample_rate, statement.argument, 4) : Refusal::Mode;
+            if (refusal == Refusal::None) front_.set_sampling(statement.channel);
+            return refusal;
+        }
         case Verb::Timeout:
             return timed ? store(channel.timeout, statement.argument, 5) : Refusal::Mode;
         case Verb::ChannelEquation:
-            return analog_universal ? store(channel.equation, statement.argument, 2)
-                                    : Refusal::Mode;
+            return linearised ? store(channel.equation, statement.argument, 2) : Refusal::Mode;
         case Verb::HighAlarm:
             return store_alarm(statement, channel.high_alarm);
         case Verb::LowAlarm:
@@ -184,11 +198,20 @@ Refusal Pod::apply_channel(const Statement& statement) {
         case Verb::GroupOutput:
             return set_group(statement);
         case Verb::ClearCount:
-            if (!timed) return Refusal::Mode;
-            digital_.clear_count(statement.channel, seconds(now_ms_));
-            return Refusal::None;
+            if (timed) front_.clear_count(statement.channel, seconds(now_ms_));
+            return timed ? Refusal::None : Refusal::Mode;
         default:
             return Refusal::Unknown;
+    }
+}
+
+void Pod::set_default_modes() {
+    for (int channel = 1; channel <= channels(); ++channel) {
+        const auto& wired = settings_.channels.at(static_cast<std::size_t>(channel - 1));
+        HeldChannel& set = held_channel(channel);
+        set = {};
+        set.mode = wired.default_mode.value_or(default_mode(front_.family(), channel));
+        front_.set_mode(channel, seconds(now_ms_));
     }
 }
 
@@ -197,18 +220,17 @@ Refusal Pod::set_mode(HeldChannel& channel, const Statement& statement) {
     channel = {};
     channel.mode = static_cast<std::int16_t>(statement.argument);
     channel.range = static_cast<std::int16_t>(statement.range);
-    digital_.configure(statement.channel, channel, seconds(now_ms_));
-    return accepts_mode(family_, statement.channel, channel.mode) &&
-                   accepts_range(family_, statement.channel, channel.mode, channel.range)
+    front_.set_mode(statement.channel, seconds(now_ms_));
+    return accepts_mode(front_.family(), statement.channel, channel.mode) &&
+                   accepts_range(front_.family(), statement.channel, channel.mode, channel.range)
                ? Refusal::None
                : Refusal::Mode;
 }
 
 Refusal Pod::set_group(const Statement& statement) {
-    if (family_ != PodFamily::Universal || statement.channel < 19) return Refusal::Mode;
-    if (statement.argument > 2) return Refusal::Argument;
+    if (front_.family() != PodFamily::Universal || statement.channel < 19) return Refusal::Mode;
     HeldGroup group;
-    group.state = static_cast<std::int16_t>(statement.argument);
+    if (store(group.state, statement.argument, 2) != Refusal::None) return Refusal::Argument;
     for (const GroupMember& member : statement.members) {
         if (member.channel < 1 || member.channel > 18) return Refusal::Argument;
         const auto index = static_cast<std::size_t>(member.channel - 1);
@@ -225,30 +247,40 @@ void Pod::refuse(const Statement& statement, Refusal refusal) {
     letters.resize(2, ' ');
     for (char& c : letters)
         if (c < ' ' || c > '~') c = '.';
-    ++refused_;
+    refused_ = (refused_ + 1) % 10;
     push_text("?" + letters + ": " + static_cast<char>(statement.channel) +
-              static_cast<char>(refusal) + " " + static_cast<char>('0' + refused_ % 10) + "   ");
+              static_cast<char>(refusal) + " " + static_cast<char>('0' + refused_) + "   ");
 }
 
 // The answer to ME or IN. Measurements wait for each other.
 void Pod::answer_request(const Statement& statement) {
     if (answers_.size() >= MostAnswers) return;
     const std::int64_t start_ms = std::max(now_ms_, busy_until_ms_);
-    Reading reading = failed(Fail::ChannelRange);
     Answer answer;
-    if (statement.refusal == Refusal::None && has_channel(statement.channel)) {
-        reading = measure(statement.channel, seconds(start_ms));
-        const bool strain =
-            held_.channels.at(static_cast<std::size_t>(statement.channel - 1)).mode / 10 == 6;
-        if (statement.verb == Verb::InitialiseStrain && !strain)
-            reading = failed(Fail::UnknownMode);
-        if (statement.verb == Verb::InitialiseStrain) answer.values[1] = 2.0F;
-    }
+    Reading reading = failed(Fail::ChannelRange);
+    if (statement.refusal == Refusal::None && has_channel(statement.channel))
+        reading = statement.verb == Verb::Measure
+                      ? front_.measure(statement.channel, seconds(start_ms))
+                      : initialise_strain(statement.channel, seconds(start_ms), answer);
     busy_until_ms_ = start_ms + static_cast<std::int64_t>(std::ceil(reading.duration_s * 1000.0));
     answer.ready_ms = busy_until_ms_ + settings_.answer_ms;
     answer.values[0] = reading.value;
     answer.code = reading.code;
     answers_.push_back(answer);
+}
+
+// Balances a strain gauge: its output now is its zero from here on.
+Reading Pod::initialise_strain(int channel, double time_s, Answer& answer) {
+    HeldChannel& set = held_channel(channel);
+    const bool strain = set.mode >= 60 && set.mode <= 67;
+    if (!strain || !accepts_mode(front_.family(), channel, set.mode))
+        return failed(Fail::UnknownMode);
+    const auto balance = front_.balance(channel, time_s);
+    if (balance.offset.code > 128) return balance.offset;
+    set.offset = balance.offset.value;
+    set.initial_volt = balance.initial_volt;
+    answer.values[1] = balance.initial_volt;
+    return balance.offset;
 }
 
 }  // namespace kavorix::sim

@@ -38,11 +38,36 @@ constexpr std::array<Named<SignalKind>, 10> SignalNames = {{
     {"absent", SignalKind::Absent},
 }};
 
-constexpr std::array<Named<FaultKind>, 4> FaultNames = {{
+constexpr std::array<Named<SensorKind>, 15> SensorNames = {{
+    {"auto", SensorKind::Auto},
+    {"voltage", SensorKind::Voltage},
+    {"current", SensorKind::Current},
+    {"resistance", SensorKind::Resistance},
+    {"rtd_100", SensorKind::Platinum100},
+    {"rtd_10", SensorKind::Platinum10},
+    {"thermocouple_e", SensorKind::ThermocoupleE},
+    {"thermocouple_j", SensorKind::ThermocoupleJ},
+    {"thermocouple_k", SensorKind::ThermocoupleK},
+    {"thermocouple_r", SensorKind::ThermocoupleR},
+    {"thermocouple_s", SensorKind::ThermocoupleS},
+    {"thermocouple_t", SensorKind::ThermocoupleT},
+    {"thermocouple_b", SensorKind::ThermocoupleB},
+    {"thermocouple_n", SensorKind::ThermocoupleN},
+    {"strain", SensorKind::Strain},
+}};
+
+constexpr std::array<Named<FaultKind>, 11> FaultNames = {{
     {"dead", FaultKind::Dead},
     {"transmit_error", FaultKind::TransmitError},
     {"receive_error", FaultKind::ReceiveError},
     {"no_status", FaultKind::NoStatus},
+    {"slow_answer", FaultKind::SlowAnswer},
+    {"garbage_status", FaultKind::GarbageStatus},
+    {"garbage_counts", FaultKind::GarbageCounts},
+    {"garbage_values", FaultKind::GarbageValues},
+    {"garbage_text", FaultKind::GarbageText},
+    {"half_text", FaultKind::HalfText},
+    {"reset", FaultKind::Reset},
 }};
 
 // "C800": the 16-bit value as the driver takes it.
@@ -57,22 +82,6 @@ std::optional<std::int16_t> card_address(std::string_view text) {
     return static_cast<std::int16_t>(static_cast<std::uint16_t>(value));
 }
 
-CardSettings read_card(const toml::table& table, ScenarioErrors& errors) {
-    TableReader reader(table, "card", errors);
-    CardSettings card;
-    std::string address;
-    if (reader.text("address", address, 0, 255)) {
-        if (const auto value = card_address(address))
-            card.address = *value;
-        else
-            reader.fail("address", "must be four hexadecimal digits in capitals, such as \"C800\"");
-    }
-    reader.whole("handle", card.handle, {0, 32767, "a whole number from 0 to 32767"});
-    reader.text("version", card.version, 0, 34);
-    reader.finish();
-    return card;
-}
-
 // One [[pod.channel]]: the same settings for one channel or several.
 class ChannelGroup {
   public:
@@ -84,6 +93,7 @@ class ChannelGroup {
         const auto [first, last] = read_numbers();
         ChannelSettings settings;
         read_signal(settings.signal, first);
+        read_sensor(settings);
         const bool has_mode =
             reader_.whole("default_mode", default_mode_, {0, 99, "a mode code from 0 to 99"});
         double phase_step = 0.0;
@@ -114,8 +124,7 @@ class ChannelGroup {
         const std::string expected = "a channel number from 1 to " + std::to_string(most);
         const Bounds bounds = {1, static_cast<double>(most), expected};
         Span span;
-        if (!reader_.require("number")) return span;
-        reader_.whole("number", span.first, bounds);
+        if (reader_.require("number")) reader_.whole("number", span.first, bounds);
         span.last = span.first;
         if (reader_.whole("last", span.last, bounds) && span.last < span.first)
             reader_.fail("last", "must not be below \"pod.channel.number\"");
@@ -136,6 +145,17 @@ class ChannelGroup {
         reader_.number("duty", signal.duty, PartOfOne);
         reader_.number("step_s", signal.step_s, PositiveTime);
         if (reader_.numbers("edges_s", signal.edges_s)) check_edges(signal);
+    }
+
+    void read_sensor(ChannelSettings& settings) {
+        if (const auto* sensor = reader_.choice("sensor", SensorNames))
+            settings.sensor = sensor->kind;
+        reader_.number("lead_ohms", settings.lead_ohms,
+                       {0.0, 1e6, "a resistance in ohms, 0 or more"});
+        reader_.number("gauge_factor", settings.gauge_factor, AnyNumber);
+        reader_.number("gauge_ohms", settings.gauge_ohms,
+                       {1.0, 1e6, "a resistance in ohms, 1 or more"});
+        reader_.number("imbalance_mv_v", settings.imbalance_mv_v, AnyNumber);
     }
 
     void check_edges(const Signal& signal) {
@@ -162,17 +182,74 @@ class ChannelGroup {
     std::int16_t default_mode_ = 0;
 };
 
+// The span of a fault; without an end it lasts for good.
+void read_span(TableReader& reader, double& from_s, double& to_s, const std::string& path) {
+    to_s = Endless;
+    reader.number("from_s", from_s, AnyTime);
+    if (reader.number("to_s", to_s, AnyTime) && to_s <= from_s)
+        reader.fail("to_s", "must be later than \"" + path + ".from_s\"");
+}
+
+constexpr Bounds Delay = {1, 60000, "a whole number from 1 to 60000"};
+
 Fault read_fault(const toml::table& table, ScenarioErrors& errors) {
     TableReader reader(table, "pod.fault", errors);
     Fault fault;
-    fault.to_s = Endless;
     if (reader.require("kind"))
         if (const auto* kind = reader.choice("kind", FaultNames)) fault.kind = kind->kind;
-    reader.number("from_s", fault.from_s, AnyTime);
-    if (reader.number("to_s", fault.to_s, AnyTime) && fault.to_s <= fault.from_s)
-        reader.fail("to_s", "must be later than \"pod.fault.from_s\"");
+    read_span(reader, fault.from_s, fault.to_s, "pod.fault");
+    double rate = 0.0;
+    if (reader.number("rate", rate, PartOfOne)) fault.rate = rate;
+    reader.whole("delay_ms", fault.delay_ms, Delay);
     reader.finish();
     return fault;
+}
+
+CardFault read_card_fault(const toml::table& table, ScenarioErrors& errors) {
+    TableReader reader(table, "card.fault", errors);
+    CardFault fault;
+    read_span(reader, fault.from_s, fault.to_s, "card.fault");
+    reader.finish();
+    return fault;
+}
+
+CardSettings read_card(const toml::table& table, ScenarioErrors& errors,
+                       std::vector<CardFault>& faults) {
+    TableReader reader(table, "card", errors);
+    CardSettings card;
+    std::string address;
+    if (reader.text("address", address, 0, 255)) {
+        if (const auto value = card_address(address))
+            card.address = *value;
+        else
+            reader.fail("address", "must be four hexadecimal digits in capitals, such as \"C800\"");
+    }
+    reader.whole("handle", card.handle, {0, 32767, "a whole number from 0 to 32767"});
+    reader.text("version", card.version, 0, 34);
+    reader.tables("fault", [&](const toml::table& entry) {
+        faults.push_back(read_card_fault(entry, errors));
+    });
+    reader.finish();
+    return card;
+}
+
+// [chaos]: a rate for each kind of fault.
+std::vector<Fault> read_chaos(const toml::table& table, ScenarioErrors& errors) {
+    TableReader reader(table, "chaos", errors);
+    Fault common;
+    read_span(reader, common.from_s, common.to_s, "chaos");
+    reader.whole("delay_ms", common.delay_ms, Delay);
+    std::vector<Fault> faults;
+    for (const auto& [name, kind] : FaultNames) {
+        Fault fault = common;
+        fault.kind = kind;
+        double rate = 0.0;
+        if (!reader.number(name, rate, PartOfOne)) continue;
+        fault.rate = rate;
+        faults.push_back(fault);
+    }
+    reader.finish();
+    return faults;
 }
 
 PodText read_text(const toml::table& table, ScenarioErrors& errors) {
@@ -185,17 +262,36 @@ PodText read_text(const toml::table& table, ScenarioErrors& errors) {
     return text;
 }
 
-PodSettings read_pod(const toml::table& table, ScenarioErrors& errors) {
+void read_surroundings(TableReader& reader, PodSettings& pod) {
+    constexpr Bounds Celsius = {-273.0, 2000.0, "a temperature in degrees Celsius"};
+    reader.number("ambient", pod.ambient, Celsius);
+    reader.number("ambient_swing", pod.ambient_swing, AnyNumber);
+    reader.number("ambient_period_s", pod.ambient_period_s, PositiveTime);
+    double reference = 0.0;
+    if (reader.number("reference", reference, Celsius)) pod.reference = reference;
+    reader.number("noise", pod.noise, {0.0, 1e6, "a number, 0 or more"});
+    reader.number("hum_v", pod.hum_v, {0.0, 1e3, "volts, 0 or more"});
+    reader.number("mains_hz", pod.mains_hz, {1.0, 1000.0, "a frequency from 1 to 1000"});
+}
+
+// One [[pod]]: the same settings for one pod number or several.
+void read_pods(const toml::table& table, Scenario& scenario, std::array<bool, 51>& taken,
+               ScenarioErrors& errors) {
+    constexpr Bounds Numbers = {1, 50, "a pod number from 1 to 50"};
     TableReader reader(table, "pod", errors);
     PodSettings pod;
-    if (reader.require("number"))
-        reader.whole("number", pod.number, {1, 50, "a pod number from 1 to 50"});
+    int first = 0;
+    if (reader.require("number")) reader.whole("number", first, Numbers);
+    int last = first;
+    if (reader.whole("last", last, Numbers) && last < first)
+        reader.fail("last", "must not be below \"pod.number\"");
     if (reader.require("ident")) reader.text("ident", pod.ident, IdentLength, IdentLength);
     reader.whole("answer_ms", pod.answer_ms, {0, 60000, "a whole number from 0 to 60000"});
+    read_surroundings(reader, pod);
     const PodFamily family = pod_family(std::string_view(pod.ident).substr(0, 2));
-    std::array<bool, MostChannels> taken{};
+    std::array<bool, MostChannels> wired{};
     reader.tables("channel", [&](const toml::table& entry) {
-        ChannelGroup(entry, family, errors).read(pod, taken);
+        ChannelGroup(entry, family, errors).read(pod, wired);
     });
     reader.tables("fault", [&](const toml::table& entry) {
         pod.faults.push_back(read_fault(entry, errors));
@@ -203,24 +299,26 @@ PodSettings read_pod(const toml::table& table, ScenarioErrors& errors) {
     reader.tables("text",
                   [&](const toml::table& entry) { pod.texts.push_back(read_text(entry, errors)); });
     reader.finish();
-    return pod;
+    for (pod.number = first; pod.number >= 1 && pod.number <= last; ++pod.number) {
+        bool& number_taken = taken.at(static_cast<std::size_t>(pod.number));
+        if (number_taken)
+            reader.fail("number", "names pod " + std::to_string(pod.number) + " again");
+        number_taken = true;
+        scenario.pods.push_back(pod);
+    }
 }
 
 Scenario read_scenario(const toml::table& root, ScenarioErrors& errors) {
     TableReader reader(root, "", errors);
     Scenario scenario;
     reader.whole("seed", scenario.seed, {0, 9e15, "a whole number from 0 to 9000000000000000"});
-    if (const toml::table* card = reader.table("card")) scenario.card = read_card(*card, errors);
+    if (const toml::table* card = reader.table("card"))
+        scenario.card = read_card(*card, errors, scenario.card_faults);
+    if (const toml::table* chaos = reader.table("chaos"))
+        scenario.chaos = read_chaos(*chaos, errors);
     std::array<bool, 51> taken{};
-    reader.tables("pod", [&](const toml::table& entry) {
-        PodSettings pod = read_pod(entry, errors);
-        const auto number = static_cast<std::size_t>(pod.number);
-        if (taken[number] && entry.contains("number"))
-            errors.add(entry.get("number")->source(),
-                       "\"pod.number\" names pod " + std::to_string(number) + " again");
-        taken[number] = true;
-        scenario.pods.push_back(std::move(pod));
-    });
+    reader.tables("pod",
+                  [&](const toml::table& entry) { read_pods(entry, scenario, taken, errors); });
     reader.finish();
     std::sort(scenario.pods.begin(), scenario.pods.end(),
               [](const PodSettings& a, const PodSettings& b) { return a.number < b.number; });

@@ -88,13 +88,15 @@ double signal_value(const Signal& signal, const RandomSource& random, double tim
 }
 
 LogicInput::LogicInput(const Signal& signal, const RandomSource& random,
-                       const Thresholds& thresholds)
+                       const Thresholds& thresholds, double shortest_s)
     : signal_(signal),
       random_(random),
       thresholds_(thresholds),
       stepped_(signal.kind == SignalKind::Noise || signal.kind == SignalKind::RandomWalk),
       step_s_(signal.kind == SignalKind::Noise ? signal.step_s : signal.period_s * WalkStep) {
-    if (!stepped_) find_toggles();
+    if (stepped_) return;
+    find_toggles();
+    drop_short_pulses(shortest_s);
 }
 
 // The edges of one period: where the value passes the threshold of the direction that it moves in.
@@ -153,6 +155,29 @@ void LogicInput::find_swing_toggles() {
         // An odd number of edges leaves the other side at the end; the period starts over.
         if (toggles_.size() % 2 == 1) toggles_.push_back({0.0, upside_down});
         if (toggles_.empty()) resting_ = upside_down;
+    }
+}
+
+// Takes out both ends of every pulse that is too short; what stays of a signal without a long
+// enough one is the level that it has most of the time.
+void LogicInput::drop_short_pulses(double shortest_s) {
+    const auto length = [&](std::size_t i) {
+        const double next = i + 1 < toggles_.size() ? toggles_[i + 1].at : toggles_[0].at + 1.0;
+        return next - toggles_[i].at;
+    };
+    double high = 0.0;
+    for (std::size_t i = 0; i < toggles_.size(); ++i)
+        if (toggles_[i].rising) high += length(i);
+    if (!toggles_.empty()) resting_ = high > 0.5;
+    for (std::size_t i = 0; i < toggles_.size();) {
+        if (length(i) * signal_.period_s >= shortest_s) {
+            ++i;
+            continue;
+        }
+        const std::size_t other = (i + 1) % toggles_.size();
+        toggles_.erase(toggles_.begin() + static_cast<std::ptrdiff_t>(std::max(i, other)));
+        toggles_.erase(toggles_.begin() + static_cast<std::ptrdiff_t>(std::min(i, other)));
+        i = 0;
     }
 }
 

@@ -51,7 +51,9 @@ struct Thresholds {
 // count over any span; noise and random walks change only at their steps.
 class LogicInput {
   public:
-    LogicInput(const Signal& signal, const RandomSource& random, const Thresholds& thresholds);
+    // Pulses of a periodic signal that are shorter than `shortest_s` are not seen.
+    LogicInput(const Signal& signal, const RandomSource& random, const Thresholds& thresholds,
+               double shortest_s = 0.0);
 
     bool level(double time_s) const;
 
@@ -76,6 +78,7 @@ class LogicInput {
     };
     void find_toggles();
     void find_swing_toggles();
+    void drop_short_pulses(double shortest_s);
     bool stepped_level(std::int64_t step) const;
     double toggle_time(std::int64_t period, const Toggle& toggle) const;
 

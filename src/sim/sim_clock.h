@@ -11,11 +11,12 @@ namespace kavorix::sim {
 
 class SimClock {
   public:
-    explicit SimClock(const EventLoop& loop) : loop_(loop), last_tick_(loop.tick_count()) {}
+    // Keeps a reference to the clock that it follows.
+    explicit SimClock(const Clock& host) : host_(host), last_tick_(host.tick_count()) {}
 
-    // Milliseconds since the start. The loop's count wraps at 2^32: ask at least every 49 days.
+    // Milliseconds since the start. The host's count wraps at 2^32: ask at least every 49 days.
     std::int64_t now_ms() {
-        const std::uint32_t tick = loop_.tick_count();
+        const std::uint32_t tick = host_.tick_count();
         now_ms_ += static_cast<std::uint32_t>(tick - last_tick_);
         last_tick_ = tick;
         return now_ms_;
@@ -23,11 +24,11 @@ class SimClock {
 
     // The wall clock at a moment of this clock.
     WallTime wall_at(std::int64_t moment_ms) {
-        return add_milliseconds(loop_.wall_time(), moment_ms - now_ms());
+        return add_milliseconds(host_.wall_time(), moment_ms - now_ms());
     }
 
   private:
-    const EventLoop& loop_;
+    const Clock& host_;
     std::uint32_t last_tick_;
     std::int64_t now_ms_ = 0;
 };

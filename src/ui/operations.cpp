@@ -49,6 +49,22 @@ std::int16_t with_selection(std::int16_t state, bool selected) {
     }
 }
 
+// The state of the same pod when a log begins to record it.
+std::int16_t while_logging(std::int16_t state) {
+    switch (state) {
+        case Resting:
+            return LoggingResting;
+        case SelectedResting:
+            return SelectedLoggingResting;
+        case DataArrived:
+            return LoggingDataArrived;
+        case SelectedDataArrived:
+            return SelectedLoggingDataArrived;
+        default:
+            return state;
+    }
+}
+
 }  // namespace
 
 // While one is alive, the commands that send are not available.
@@ -245,6 +261,18 @@ void Operations::IconReverse(int pod) {
     PodStatus& status = run_time_.Status[at(pod)];
     status.IconState = with_selection(status.IconState, run_time_.Link.ZavSelected[at(pod)] == 1);
     screen_.img_ZAV[at(pod)].picture = picture_of(status.IconState);
+}
+
+void Operations::show_logged_pods() {
+    const LogState& log = run_time_.Log;
+    for (int pod = 0; pod < MaxZavs; ++pod) {
+        PodStatus& status = run_time_.Status[at(pod)];
+        if ((log.ScanLogging != 1 || status.LogScan != 1) &&
+            (log.EventLogging != 1 || status.LogEvents != 1))
+            continue;
+        status.IconState = while_logging(status.IconState);
+        screen_.img_ZAV[at(pod)].picture = picture_of(status.IconState);
+    }
 }
 
 void Operations::select_all() {

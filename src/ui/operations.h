@@ -98,6 +98,9 @@ class Operations : public MainWindow {
     // Stream-0 results are awaited of the pods that got the last command string.
     void mark_triggered();
 
+    // Shows the pods that a running log records in their logging pictures.
+    void show_logged_pods();
+
     // Whether a command can be used now.
     bool available(Command command) const;
 

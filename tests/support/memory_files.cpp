@@ -25,6 +25,7 @@ class MemoryFiles::MemoryFile : public File {
     }
     std::size_t read_at(std::uint64_t offset, std::span<char> buffer) override {
         if (mode_ != OpenMode::Read && mode_ != OpenMode::ReadWrite) fail(EBADF, "Reading", path_);
+        const std::lock_guard lock(files_.mutex_);
         if (offset >= node_->content.size()) return 0;
         return node_->content.copy(buffer.data(), buffer.size(), offset);
     }
@@ -35,6 +36,8 @@ class MemoryFiles::MemoryFile : public File {
     }
     void write_at(std::uint64_t offset, std::string_view bytes) override {
         if (mode_ == OpenMode::Read) fail(EBADF, "Writing", path_);
+        const std::lock_guard lock(files_.mutex_);
+        if (files_.write_failure) fail(*files_.write_failure, "Writing", path_);
         const std::string_view wanted = bytes;
         if (files_.space) bytes = bytes.substr(0, *files_.space);
         std::string& content = node_->content;
@@ -45,12 +48,25 @@ class MemoryFiles::MemoryFile : public File {
         if (bytes.size() < wanted.size()) fail(ENOSPC, "Writing", path_);
     }
     std::uint64_t size() override { return node_->content.size(); }
-    void truncate(std::uint64_t size) override { node_->content.resize(size); }
+    bool deleted() override {
+        for (const auto& [path, node] : files_.files_)
+            if (node == node_) return false;
+        return true;
+    }
+    void truncate(std::uint64_t size) override {
+        const std::lock_guard lock(files_.mutex_);
+        node_->content.resize(size);
+    }
     void sync() override {
+        const std::lock_guard lock(files_.mutex_);
+        if (files_.sync_failure) fail(*files_.sync_failure, "Syncing", path_);
         files_.log.push_back("sync " + path_);
         node_->synced = node_->content;
     }
-    void close() override { files_.log.push_back("close " + path_); }
+    void close() override {
+        const std::lock_guard lock(files_.mutex_);
+        files_.log.push_back("close " + path_);
+    }
 
   private:
     MemoryFiles& files_;

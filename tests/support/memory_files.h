@@ -6,6 +6,8 @@
 //   refuse(path, reason)   every open, removal and renaming of this path fails with the reason
 //   space                  bytes that can still be written; a write beyond writes what fits and
 //                          fails with "no space left on device"
+//   write_failure,         the reason that every write or sync fails with from now on, doing
+//   sync_failure           nothing
 //
 // and to look at: content(path), synced(path) = the content that a power cut would leave, log =
 // what was done to files, in order ("create A", "write A", "sync A", "close A", "rename A B",
@@ -14,6 +16,7 @@
 #include <cerrno>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
@@ -28,6 +31,8 @@ class MemoryFiles : public Files {
     void refuse(const std::string& path, int reason = EACCES) { refused_[path] = reason; }
     void allow(const std::string& path) { refused_.erase(path); }
     std::optional<std::size_t> space;
+    std::optional<int> write_failure;
+    std::optional<int> sync_failure;
 
     bool has(const std::string& path) const { return files_.contains(path); }
     // The content of a file that is there.
@@ -55,6 +60,7 @@ class MemoryFiles : public Files {
     // An open file keeps its node when the name goes, as on a disk.
     std::map<std::string, std::shared_ptr<Node>> files_;
     std::map<std::string, int> refused_;
+    std::mutex mutex_;  // files are synced from another thread
 };
 
 }  // namespace kavorix::test

@@ -12,7 +12,9 @@ namespace kavorix::test {
 class TemporaryDirectory {
   public:
     TemporaryDirectory() {
-        std::string name = (std::filesystem::temp_directory_path() / "kavorix-XXXXXX").string();
+        const std::string filled_in(6, 'X');
+        std::string name =
+            (std::filesystem::temp_directory_path() / ("kavorix-" + filled_in)).string();
         if (!mkdtemp(name.data())) throw std::runtime_error("No temporary directory " + name);
         path_ = name;
     }

@@ -50,7 +50,7 @@ class Binder : public QObject, public Mirror {
 
     template <class Record>
     void bind(Record& record) {
-        record.each([this](std::string_view name, auto& field) { add(name, field); });
+        record.each([this](std::string_view name, auto& field) { this->add(name, field); });
     }
 
     void add(std::string_view name, Button& field);

@@ -176,13 +176,14 @@ class OptionBinding : public FieldBinding<QRadioButton, OptionButton> {
 class TextBinding : public FieldBinding<QLineEdit, TextField> {
   public:
     TextBinding(QLineEdit& widget, TextField& field) : FieldBinding(widget, field) {
-        QObject::connect(&widget, &QLineEdit::textChanged, &widget,
-                         [this](const QString& text) { changed(text); });
+        // Edited comes before changed, and before the handlers that want to know of edits.
+        QObject::connect(&widget, &QLineEdit::textEdited, &widget, [this] { changed(); });
+        QObject::connect(&widget, &QLineEdit::textChanged, &widget, [this] { changed(); });
     }
 
   private:
-    void changed(const QString& text) {
-        const std::optional<std::string> stored = from_qt(text);
+    void changed() {
+        const std::optional<std::string> stored = from_qt(widget_.text());
         if (stored)
             take([&](TextField& field) { field.text = *stored; });
         else

@@ -13,6 +13,8 @@ namespace kavorix {
 namespace {
 
 constexpr int LeastFirstColumn = 72;
+constexpr int CellMargins = 28;
+constexpr int RowsToFit = 20;     // the toolkit would look at all of them
 constexpr int LeastColumn = 124;  // a reading with six decimals
 
 }  // namespace
@@ -28,10 +30,10 @@ GridView::GridView(QWidget* parent) : QTableView(parent) {
     setShowGrid(false);
     verticalHeader()->hide();
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    verticalHeader()->setMinimumSectionSize(16);
     verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 9);
     horizontalHeader()->setHighlightSections(false);
     horizontalHeader()->setStretchLastSection(true);
-    horizontalHeader()->setResizeContentsPrecision(0);  // the rows in sight are enough
     horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
 }
 
@@ -51,10 +53,15 @@ void GridView::fit_columns() {
     const bool fitted = headings.size() == fitted_.size();
     fitted_ = headings;
     if (fitted) return;
-    resizeColumnsToContents();
-    for (int column = 0; column < headings.size(); ++column)
-        setColumnWidth(column, std::max(columnWidth(column) + 12,
-                                        column == 0 ? LeastFirstColumn : LeastColumn));
+    const int rows = std::min(model()->rowCount(), RowsToFit);
+    for (int column = 0; column < headings.size(); ++column) {
+        int width = fontMetrics().horizontalAdvance(headings[column]);
+        for (int row = 0; row < rows; ++row)
+            width = std::max(width, fontMetrics().horizontalAdvance(
+                                        model()->index(row, column).data().toString()));
+        setColumnWidth(column,
+                       std::max(width + CellMargins, column == 0 ? LeastFirstColumn : LeastColumn));
+    }
 }
 
 QString GridView::selected_text() const {

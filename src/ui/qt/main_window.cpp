@@ -168,6 +168,8 @@ void QtMainWindow::show_expanded() {
     ui_->podDisplay->show_screen(screen_);
     if (isMaximized() || isFullScreen()) return;
     const int rows = ui_->podDisplay->minimumSizeHint().height() - before;
+    // From the inside out: the window's least height follows that of the display.
+    ui_->desk->layout()->activate();
     layout()->activate();
     resize(width(), std::max(height_before + rows, minimumSizeHint().height()));
 }

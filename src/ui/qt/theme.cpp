@@ -75,7 +75,7 @@ QColor text_colour(Colour colour, const QPalette& palette) {
         case Colour::Red:
             return dark ? QColor(0xFF, 0x7B, 0x72) : QColor(0xC0, 0x1C, 0x28);
         case Colour::Yellow:
-            return dark ? QColor(0xF0, 0xC0, 0x4A) : QColor(0x9A, 0x67, 0x00);
+            return dark ? QColor(0xF0, 0xC0, 0x4A) : QColor(0x8C, 0x5E, 0x00);
         case Colour::Blue:
             return dark ? QColor(0x7A, 0xB4, 0xFA) : QColor(0x1A, 0x53, 0xB8);
         default:
@@ -92,7 +92,7 @@ SignalColours signal_colours(const QPalette& palette) {
         dark ? QColor(0x3F, 0xC3, 0x80) : QColor(0x17, 0x8A, 0x4F),
         dark ? QColor(0xF0, 0x62, 0x5C) : QColor(0xC9, 0x2A, 0x2A),
         dark ? QColor(0xB3, 0x94, 0xF2) : QColor(0x6D, 0x45, 0xC4),
-        blend(ground, text, dark ? 0.48 : 0.52),
+        blend(ground, text, dark ? 0.55 : 0.62),
         blend(ground, text, dark ? 0.18 : 0.16),
         palette.color(QPalette::Base),
     };

@@ -1,0 +1,151 @@
+#pragma once
+
+// The control record of the pod configuration dialog `frmConfigZAV`.
+
+#include <string>
+
+#include "platform/controls.h"
+
+namespace kavorix {
+
+struct PodSetupScreen {
+    std::string caption = "Configure ZAV";
+
+    Label lblZAVNo{"&ZAV Number:"};
+    ListBox cboZAVNo;  // codes are pod indices
+    Label lblZAVType{"ZAV &Type:"};
+    ListBox cboZAVType;  // codes are type numbers
+    Label lblScanPeriod{"Scan &Period:"};
+    ListBox cboScanPeriod;  // codes are ms
+    CheckBox chkSetup{"&Set-up (SE)"};
+    CheckBox chkArm{"&Arm (AR)"};
+    CheckBox chkCalOn{"Calibratio&n (KA)"};
+    CheckBox chkContScan{"&Continuous Scan (CO)"};
+    Button cmdDefault{"&Default", "Start this ZAV anew with the defaults of the type connected"};
+
+    Frame fmeChannels{"Channel"};
+    Label lblChannel{"C&hannel:"};
+    ListBox cboChannel;  // codes are channel slots
+    Label lblChanMode{"&Mode:"};
+    ListBox cboChanMode;
+    Label lblRange{"&Range:"};
+    ListBox cboRange;
+    Label lblLabel{"&Label:"};
+    TextField txtLabel;
+    Label lblUnit{"&Unit:"};
+    TextField txtUnit;
+    Button cmdCopyChan{"Cop&y Channel...", "Give this channel's settings to other channels"};
+    Button cmdViewChans{"&View Channels...", "List the settings of all channels"};
+    Button cmdMx_c{"Unit Conversion M&x+c...", "Scale the readings of this channel"};
+    Button cmdPostLin{"Post-Lin&earisation...", "Coefficients of the two equations of this ZAV"};
+    Button cmdCoeff{"User Coe&fficients...", "Coefficients of this user thermocouple"};
+    Button cmdAlarm{"Alarm L&imits...", "High and low alarm of this channel"};
+    Button cmdGroup{"Alarm &Groups...", "Alarms that drive the outputs of channels 19 and 20"};
+
+    Frame fmeAnalogZAVs{"Analog"};
+    Label lblIntegration{"Inte&gration Time:"};
+    ListBox cboIntegration;
+    CheckBox chkDegF{"&Fahrenheit"};
+
+    Frame fmeThermoZAVs{"Thermocouple Reference"};
+    OptionButton optAmbTemp{"Am&bient Temperature"};
+    OptionButton optExtTemp{"E&xternal Temperature:"};
+    TextField txtExtTemp;
+    CheckBox chkOpenTC{"Open Thermocouple Chec&k"};
+
+    Frame fmeDigitalZAVs{"Digital"};
+    Label lblSampleRate{"Sample Rate:"};
+    ListBox cboSampleRate;
+    Label lblTimeout{"Time-&out:"};
+    ListBox cboTimeout;
+    CheckBox chkHWWatch{"Hard&ware Watchdog"};
+    CheckBox chkSWWatch{"Soft&ware Watchdog:"};
+    TextField txtSWWatchTime;
+
+    Frame fmeStrain{"Strain Gauge"};
+    Label lblGaugeFactor{"&Gauge Factor:"};
+    TextField txtGaugeFactor;
+    Label lblOffset{"&Offset:"};
+    TextField txtOffset;
+    Label lblInitialVolt{"Initial &Volt:"};
+    TextField txtInitialVolt;
+    Button cmdInitialise{"&Initialise", "Read offset and initial volt from the gauge"};
+
+    Button cmdUndo{"Undo", "Take back the last change (Ctrl+Z)"};
+    Button cmdRedo{"Redo", "Make the change again (Ctrl+Y)"};
+    Button cmdOK{"OK", "Accept the configuration of all ZAVs"};
+    Button cmdCancel{"Cancel", "Close without changing the configuration"};
+
+    // Names the control that the rules give the focus to; empty when they do not.
+    std::string focus;
+
+    // The controls of the dialog but those that end it.
+    template <class Visit>
+    void each_setting(Visit&& visit) {
+        visit("lblZAVNo", lblZAVNo);
+        visit("cboZAVNo", cboZAVNo);
+        visit("lblZAVType", lblZAVType);
+        visit("cboZAVType", cboZAVType);
+        visit("lblScanPeriod", lblScanPeriod);
+        visit("cboScanPeriod", cboScanPeriod);
+        visit("chkSetup", chkSetup);
+        visit("chkArm", chkArm);
+        visit("chkCalOn", chkCalOn);
+        visit("chkContScan", chkContScan);
+        visit("cmdDefault", cmdDefault);
+        visit("fmeChannels", fmeChannels);
+        visit("lblChannel", lblChannel);
+        visit("cboChannel", cboChannel);
+        visit("lblChanMode", lblChanMode);
+        visit("cboChanMode", cboChanMode);
+        visit("lblRange", lblRange);
+        visit("cboRange", cboRange);
+        visit("lblLabel", lblLabel);
+        visit("txtLabel", txtLabel);
+        visit("lblUnit", lblUnit);
+        visit("txtUnit", txtUnit);
+        visit("cmdCopyChan", cmdCopyChan);
+        visit("cmdViewChans", cmdViewChans);
+        visit("cmdMx_c", cmdMx_c);
+        visit("cmdPostLin", cmdPostLin);
+        visit("cmdCoeff", cmdCoeff);
+        visit("cmdAlarm", cmdAlarm);
+        visit("cmdGroup", cmdGroup);
+        visit("fmeAnalogZAVs", fmeAnalogZAVs);
+        visit("lblIntegration", lblIntegration);
+        visit("cboIntegration", cboIntegration);
+        visit("chkDegF", chkDegF);
+        visit("fmeThermoZAVs", fmeThermoZAVs);
+        visit("optAmbTemp", optAmbTemp);
+        visit("optExtTemp", optExtTemp);
+        visit("txtExtTemp", txtExtTemp);
+        visit("chkOpenTC", chkOpenTC);
+        visit("fmeDigitalZAVs", fmeDigitalZAVs);
+        visit("lblSampleRate", lblSampleRate);
+        visit("cboSampleRate", cboSampleRate);
+        visit("lblTimeout", lblTimeout);
+        visit("cboTimeout", cboTimeout);
+        visit("chkHWWatch", chkHWWatch);
+        visit("chkSWWatch", chkSWWatch);
+        visit("txtSWWatchTime", txtSWWatchTime);
+        visit("fmeStrain", fmeStrain);
+        visit("lblGaugeFactor", lblGaugeFactor);
+        visit("txtGaugeFactor", txtGaugeFactor);
+        visit("lblOffset", lblOffset);
+        visit("txtOffset", txtOffset);
+        visit("lblInitialVolt", lblInitialVolt);
+        visit("txtInitialVolt", txtInitialVolt);
+        visit("cmdInitialise", cmdInitialise);
+    }
+
+    template <class Visit>
+    void each(Visit&& visit) {
+        each_setting(visit);
+        visit("cmdUndo", cmdUndo);
+        visit("cmdRedo", cmdRedo);
+        visit("cmdOK", cmdOK);
+        visit("cmdCancel", cmdCancel);
+    }
+};
+
+}  // namespace kavorix

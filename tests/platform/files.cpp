@@ -1,0 +1,220 @@
+#include "platform/files.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <system_error>
+
+#include "support/memory_files.h"
+#include "support/temporary_directory.h"
+
+namespace kavorix {
+namespace {
+
+using test::MemoryFiles;
+
+// The host's files in a directory of their own, and files in memory: both keep the same contract.
+class FilesContract : public testing::TestWithParam<bool> {
+  protected:
+    FilesContract() {
+        if (GetParam())
+            files_ = make_host_files();
+        else
+            files_ = std::make_unique<MemoryFiles>();
+    }
+    std::string path(const std::string& name) const { return own_ / name; }
+    void put(const std::string& name, std::string_view content) {
+        files_->open(path(name), OpenMode::Create)->write(content);
+    }
+    std::string get(const std::string& name) { return read_all(*files_, path(name)); }
+    std::error_code failure_of(const std::function<void()>& action) {
+        try {
+            action();
+        } catch (const std::system_error& error) {
+            EXPECT_NE(std::string(error.what()).find(own_.path()), std::string::npos);
+            return error.code();
+        }
+        return {};
+    }
+
+    test::TemporaryDirectory own_;
+    std::unique_ptr<Files> files_;
+};
+
+INSTANTIATE_TEST_SUITE_P(HostAndMemory, FilesContract, testing::Bool(),
+                         [](const auto& of) { return of.param ? "Host" : "Memory"; });
+
+TEST_P(FilesContract, CreatingEmptiesAFileThatIsThere) {
+    put("a", "first, longer");
+    put("a", "second");
+    EXPECT_EQ(get("a"), "second");
+}
+
+TEST_P(FilesContract, AppendingMakesTheFileAndWritesAtItsEnd) {
+    files_->open(path("a"), OpenMode::Append)->write("one");
+    const auto file = files_->open(path("a"), OpenMode::Append);
+    file->write(" two");
+    file->write(" three");
+    file->close();
+    EXPECT_EQ(get("a"), "one two three");
+}
+
+TEST_P(FilesContract, ReadingNeedsTheFile) {
+    EXPECT_EQ(failure_of([&] { files_->open(path("none"), OpenMode::Read); }),
+              std::errc::no_such_file_or_directory);
+    EXPECT_FALSE(files_->exists(path("none")));
+}
+
+TEST_P(FilesContract, ReadingGoesOnToTheEnd) {
+    put("a", "0123456789");
+    const auto file = files_->open(path("a"), OpenMode::Read);
+    std::array<char, 4> buffer{};
+    std::string counts;
+    for (int i = 0; i < 5; ++i) counts += std::to_string(file->read(buffer)) + " ";
+    EXPECT_EQ(counts, "4 4 2 0 0 ");
+    EXPECT_EQ(file->read_at(8, buffer), 2u);
+    EXPECT_EQ(buffer[0], '8');
+    EXPECT_EQ(file->read_at(10, buffer), 0u);
+    EXPECT_EQ(file->read_at(1000, buffer), 0u);
+    EXPECT_EQ(file->size(), 10u);
+}
+
+TEST_P(FilesContract, ReadWriteKeepsTheContentAndWritesInPlace) {
+    put("a", "0123456789");
+    const auto file = files_->open(path("a"), OpenMode::ReadWrite);
+    file->write("AB");
+    file->write_at(8, "XYZ");
+    std::array<char, 2> buffer{};
+    EXPECT_EQ(file->read(buffer), 2u);
+    EXPECT_EQ(buffer[0], '2');
+    file->write("C");
+    file->sync();
+    file->close();
+    EXPECT_EQ(get("a"), "AB23C567XYZ");
+}
+
+TEST_P(FilesContract, ReadWriteMakesTheFile) {
+    files_->open(path("a"), OpenMode::ReadWrite)->write_at(3, "x");
+    EXPECT_EQ(get("a"), std::string(3, '\0') + "x");
+}
+
+TEST_P(FilesContract, TruncatingShortensAndLengthens) {
+    put("a", "0123456789");
+    const auto file = files_->open(path("a"), OpenMode::ReadWrite);
+    file->truncate(4);
+    EXPECT_EQ(file->size(), 4u);
+    file->truncate(6);
+    EXPECT_EQ(get("a"), std::string("0123\0\0", 6));
+}
+
+TEST_P(FilesContract, WhatIsWrittenIsThereBeforeTheFileIsClosed) {
+    const auto file = files_->open(path("a"), OpenMode::Create);
+    file->write("line");
+    EXPECT_EQ(get("a"), "line");
+}
+
+TEST_P(FilesContract, NamesAreRemovedAndRenamed) {
+    put("a", "1");
+    put("b", "2");
+    files_->rename(path("a"), path("b"));
+    EXPECT_FALSE(files_->exists(path("a")));
+    EXPECT_EQ(get("b"), "1");
+    files_->remove(path("b"));
+    EXPECT_FALSE(files_->exists(path("b")));
+    EXPECT_EQ(failure_of([&] { files_->remove(path("b")); }), std::errc::no_such_file_or_directory);
+    EXPECT_EQ(failure_of([&] { files_->rename(path("b"), path("c")); }),
+              std::errc::no_such_file_or_directory);
+}
+
+TEST_P(FilesContract, AnOpenFileOutlivesItsName) {
+    put("a", "kept");
+    const auto file = files_->open(path("a"), OpenMode::Read);
+    files_->remove(path("a"));
+    std::array<char, 10> buffer{};
+    EXPECT_EQ(file->read(buffer), 4u);
+}
+
+TEST_P(FilesContract, ReplacingPutsTheWholeContentInPlace) {
+    put("a", "old");
+    replace_file(*files_, path("a"), "new content");
+    EXPECT_EQ(get("a"), "new content");
+    EXPECT_FALSE(files_->exists(path("a.new")));
+    replace_file(*files_, path("b"), "");
+    EXPECT_EQ(get("b"), "");
+}
+
+TEST(HostFiles, FailuresNameTheOperationAndThePath) {
+    const auto files = make_host_files();
+    const auto message_of = [](const std::function<void()>& action) -> std::string {
+        try {
+            action();
+        } catch (const std::system_error& error) {
+            return error.what();
+        }
+        return "no failure";
+    };
+    EXPECT_EQ(message_of([&] { files->open("/nowhere/a", OpenMode::Read); }),
+              "Opening \"/nowhere/a\": No such file or directory");
+    EXPECT_EQ(message_of([&] { files->open("/nowhere/a", OpenMode::Create); }),
+              "Creating \"/nowhere/a\": No such file or directory");
+    EXPECT_EQ(message_of([&] { files->open("/", OpenMode::Read); }),
+              "Opening \"/\": Is a directory");
+    EXPECT_EQ(message_of([&] { files->open("/dev/full", OpenMode::Append)->write("x"); }),
+              "Writing \"/dev/full\": No space left on device");
+}
+
+TEST(HostFiles, DirectoriesAreMadeWithTheirParents) {
+    const test::TemporaryDirectory own;
+    const auto files = make_host_files();
+    files->make_directories(own / "a/b/c");
+    files->make_directories(own / "a/b/c");
+    EXPECT_TRUE(files->exists(own / "a/b/c"));
+    EXPECT_NO_THROW(files->sync_directory(own / "a"));
+}
+
+TEST(ReplaceFile, SyncsBeforeItRenames) {
+    MemoryFiles files;
+    replace_file(files, "/d/a", "content");
+    EXPECT_EQ(files.log, (std::vector<std::string>{"create /d/a.new", "write /d/a.new",
+                                                   "sync /d/a.new", "close /d/a.new",
+                                                   "rename /d/a.new /d/a", "sync directory /d"}));
+    EXPECT_EQ(files.synced("/d/a"), "content");
+}
+
+TEST(ReplaceFile, TheOldFileSurvivesEveryFailure) {
+    for (int failure = 0; failure < 3; ++failure) {
+        SCOPED_TRACE(failure);
+        MemoryFiles files;
+        files.put("/d/a", "old");
+        if (failure == 0) files.refuse("/d/a.new");
+        if (failure == 1) files.space = 3;
+        if (failure == 2) files.refuse("/d/a");
+        EXPECT_THROW(replace_file(files, "/d/a", "new content"), std::system_error);
+        EXPECT_EQ(files.content("/d/a"), "old");
+        EXPECT_EQ(files.paths(), (std::vector<std::string>{"/d/a"}));
+    }
+}
+
+struct PathRow {
+    const char* path;
+    const char* directory;
+    const char* name;
+};
+
+TEST(Paths, AreTakenApartAndJoined) {
+    const PathRow rows[] = {
+        {"/a/b/c.CFG", "/a/b", "c.CFG"},
+        {"c.CFG", "", "c.CFG"},
+        {"a/b", "a", "b"},
+        {"a/", "a", ""},
+        {"", "", ""},
+    };
+    for (const PathRow& row : rows) {
+        EXPECT_EQ(directory_of(row.path), row.directory);
+        EXPECT_EQ(name_of(row.path), row.name);
+        EXPECT_EQ(join_path(row.directory, row.name), row.path);
+    }
+}
+
+}  // namespace
+}  // namespace kavorix
