@@ -54,13 +54,19 @@ std::uint64_t find_header(File& file, std::uint64_t block) {
     }
 }
 
+bool is_run(File& file, std::uint64_t position) {
+    DatReader reader(file, HeaderBuffer, position);
+    return reader.next() == DatItem::Header && reader.item_position() == position &&
+           reader.next() == DatItem::Configuration;
+}
+
 // The next header behind the blocks of a run. Blocks are passed over whole as long as what stands
 // at their beginnings is what blocks begin with.
 std::uint64_t next_run(File& file, std::uint64_t first_block) {
     const std::uint64_t size = file.size();
     for (std::uint64_t block = first_block; block < size; block += BlockSize) {
         const float begin = single_at(file, block);
-        if (begin == HeaderMarker) return block;
+        if (begin == HeaderMarker && is_run(file, block)) return block;
         if (begin != 0 && begin != DataMarker && begin != UnfinishedMarker)
             return find_header(file, first_block);
         if (size - block < BlockSize) return find_header(file, block);

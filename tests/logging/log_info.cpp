@@ -99,7 +99,7 @@ TEST(LogInfo, TellsOfEveryRun) {
                   "every 1 s\n"
                   "  1 gap\n"
                   "    from 2026-01-05 08:00:09.000 to 2026-01-05 08:00:21.000\n"
-                  "Run 2, event log, begun 2025-12-31, at byte 65620\n"
+                  "Run 2, event log, begun 2025-12-31, at byte 65618\n"
                   "  pod 1, type 7R, 1 channel\n"
                   "    1 L1 [V]\n"
                   "  2 records with 3 events from 2025-12-31 23:59:59.008 to 2026-01-01 "
