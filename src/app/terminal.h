@@ -12,6 +12,10 @@
 
 namespace kavorix {
 
+namespace sim {
+class Network;
+}
+
 // A desktop of two text streams: boxes are lines on `messages`, questions are answered with what
 // changes nothing (No, else Ok), nothing is edited or chosen.
 class TerminalDialogs : public Dialogs {
@@ -48,9 +52,15 @@ class TerminalStation {
     // Starts the station; false when there is no card or no pod.
     bool start();
 
+    Files& files() { return *files_; }
+    const Driver& driver() const { return *driver_; }
+
     // The pods (indices) of the poll table that are asked for; all of them for an empty list.
     // Throws UnusableInput when one that is asked for does not answer.
     std::vector<int> pods(const std::string& list) const;
+
+    // The simulated network that it works with; nothing when a driver library is in its place.
+    const sim::Network* simulated_network() const;
 
   private:
     class NoWindows : public Windows {
@@ -60,6 +70,7 @@ class TerminalStation {
     };
 
     std::unique_ptr<Files> files_;
+    std::unique_ptr<SystemInfo> system_info_;
     std::unique_ptr<Driver> driver_;
     TerminalDialogs dialogs_;
     NoWindows windows_;

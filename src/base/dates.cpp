@@ -9,7 +9,7 @@ namespace kavorix {
 
 namespace {
 
-std::chrono::sys_days to_days(const WallTime& time) {
+std::chrono::year_month_day to_date(const WallTime& time) {
     return std::chrono::year{time.year} / time.month / time.day;
 }
 
@@ -32,8 +32,14 @@ std::string month_name(int month) {
     return std::string(Names.substr(static_cast<std::size_t>(month - 1) * 3, 3));
 }
 
+bool is_date(const WallTime& time) {
+    return time.month >= 1 && time.month <= 12 && time.day >= 1 && time.day <= 31 &&
+           to_date(time).ok();
+}
+
 WallTime add_days(const WallTime& time, int days) {
-    const std::chrono::year_month_day date{to_days(time) + std::chrono::days{days}};
+    const std::chrono::year_month_day date{std::chrono::sys_days{to_date(time)} +
+                                           std::chrono::days{days}};
     WallTime result = time;
     result.year = static_cast<int>(date.year());
     result.month = static_cast<int>(static_cast<unsigned>(date.month()));
@@ -60,8 +66,9 @@ WallTime add_milliseconds(const WallTime& time, long long milliseconds) {
 }
 
 long long milliseconds_between(const WallTime& from, const WallTime& to) {
-    return (to_days(to) - to_days(from)).count() * Day + milliseconds_of_day(to) -
-           milliseconds_of_day(from);
+    return (std::chrono::sys_days{to_date(to)} - std::chrono::sys_days{to_date(from)}).count() *
+               Day +
+           milliseconds_of_day(to) - milliseconds_of_day(from);
 }
 
 }  // namespace kavorix

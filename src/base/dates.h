@@ -27,6 +27,9 @@ std::string general_date(const WallTime& time);
 // The English month abbreviation of 1..12 ("Jan" .. "Dec"); empty for any other number.
 std::string month_name(int month);
 
+// Whether the calendar has this day.
+bool is_date(const WallTime& time);
+
 // The same time of day `days` days later (negative: earlier), by the Gregorian calendar.
 WallTime add_days(const WallTime& time, int days);
 

@@ -38,7 +38,7 @@ Coefficients coefficients(const Statement& statement, std::size_t first) {
 }
 
 Refusal store_alarm(const Statement& statement, HeldAlarm& alarm) {
-    if (!std::isfinite(statement.numbers[0]) || !(statement.numbers[1] >= 0.0F))
+    if (!std::isfinite(statement.numbers[0]) || !std::isfinite(statement.numbers[1]))
         return Refusal::Argument;
     alarm = {true, statement.numbers[0], statement.numbers[1]};
     return Refusal::None;

@@ -44,6 +44,20 @@ TEST(Dates, AddDaysFollowsTheCalendarAndKeepsTheTimeOfDay) {
     for (const auto& row : rows) EXPECT_EQ(add_days(row.from, row.days), row.to) << row.days;
 }
 
+TEST(Dates, KnowsWhichDaysThereAre) {
+    const struct {
+        int year, month, day;
+        bool exists;
+    } rows[] = {{2026, 1, 1, true},    {2026, 12, 31, true}, {2024, 2, 29, true},
+                {2026, 2, 29, false},  {2026, 4, 31, false}, {2026, 0, 1, false},
+                {2026, 13, 1, false},  {2026, 1, 0, false},  {2026, 1, 32, false},
+                {0, 1, 1, true},       {9999, 12, 31, true}, {2026, 99, 99, false},
+                {2026, 257, 1, false}, {2026, 1, 257, false}};
+    for (const auto& row : rows)
+        EXPECT_EQ(is_date({row.year, row.month, row.day}), row.exists)
+            << row.year << "-" << row.month << "-" << row.day;
+}
+
 TEST(Dates, AddMillisecondsCarriesThroughEveryField) {
     const struct {
         WallTime from;
@@ -58,8 +72,10 @@ TEST(Dates, AddMillisecondsCarriesThroughEveryField) {
         {{2026, 1, 5, 0, 0, 0, 0}, -86400000, {2026, 1, 4, 0, 0, 0, 0}},
         {{2026, 1, 5, 12, 30, 0, 500}, 400LL * 86400000 + 1, {2027, 2, 9, 12, 30, 0, 501}},
     };
-    for (const auto& row : rows)
+    for (const auto& row : rows) {
         EXPECT_EQ(add_milliseconds(row.from, row.milliseconds), row.to) << row.milliseconds;
+        EXPECT_EQ(milliseconds_between(row.from, row.to), row.milliseconds);
+    }
 }
 
 }  // namespace

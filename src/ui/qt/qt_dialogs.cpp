@@ -137,6 +137,9 @@ void QtDialogs::show_notice(std::string_view text, int flags, std::string_view t
     notice->place = free_place();
     fill_box(notice->box, text, flags, title);
     notice->box.setWindowModality(Qt::NonModal);
+    // It does not take the keyboard from somebody who types into a dialog.
+    notice->box.setAttribute(Qt::WA_ShowWithoutActivating,
+                             QApplication::activeModalWidget() != nullptr);
     show_over(notice->box, window_in_front(main_window_),
               QPoint(StackStep, StackStep) * notice->place);
     notices_.push_back(std::move(notice));
@@ -205,16 +208,25 @@ void QtDialogs::beep() {
 
 void QtDialogs::repaint() {
     mirrors_.refresh();
-    const auto shown = [] {
-        for (const QWindow* window : QGuiApplication::topLevelWindows())
-            if (window->isVisible() && !window->isExposed() &&
-                window->visibility() != QWindow::Minimized)
-                return false;
-        return true;
-    };
-    if (!shown()) loop_.flush_screen(LongestFlush_ms, shown);
-    for (QWidget* window : QApplication::topLevelWidgets())
-        if (window->isVisible()) window->repaint();
+    show_new_windows();
+    // What is laid out or painted later would come with the next events; here only what changed.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::UpdateRequest);
+}
+
+// Waits for windows that the window system has not put on the screen yet, once for each.
+void QtDialogs::show_new_windows() {
+    constexpr auto Awaited = "awaited";
+    QWindowList fresh;
+    for (QWindow* window : QGuiApplication::topLevelWindows())
+        if (window->isVisible() && !window->isExposed() && !window->property(Awaited).toBool())
+            fresh << window;
+    if (fresh.isEmpty()) return;
+    for (QWindow* window : fresh) window->setProperty(Awaited, true);
+    loop_.flush_screen(LongestFlush_ms, [&fresh] {
+        return std::all_of(fresh.begin(), fresh.end(),
+                           [](const QWindow* window) { return window->isExposed(); });
+    });
 }
 
 bool QtDialogs::open_in_editor(const std::string& path) {

@@ -42,6 +42,7 @@ class QtDialogs : public Dialogs {
     void show_notice(std::string_view text, int flags, std::string_view title);
     void forget_closed_notices();
     int free_place() const;
+    void show_new_windows();
 
     Mirrors& mirrors_;
     QtEventLoop& loop_;
