@@ -48,8 +48,8 @@ int run_command_line(int argc, const char* const* argv, const ProgramSurrounding
     const CommandLine line{app, common, with, action};
     add_discover(line);
     add_watch(line);
-    add_status(line);
     add_log(line);
+    add_status(line);
     add_check(line);
     add_statements(line);
     add_rewrite(line);

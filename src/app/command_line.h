@@ -37,8 +37,8 @@ struct CommandLine {
 // Each adds its subcommand.
 void add_discover(const CommandLine& line);
 void add_watch(const CommandLine& line);
-void add_status(const CommandLine& line);
 void add_log(const CommandLine& line);
+void add_status(const CommandLine& line);
 void add_check(const CommandLine& line);
 void add_statements(const CommandLine& line);
 void add_rewrite(const CommandLine& line);

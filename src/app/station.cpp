@@ -38,9 +38,9 @@ Station::Station(const Surroundings& surroundings)
       poll_cycle_(link_surroundings(), link, decoder_, *this) {
     for (PodConfig& pod : configuration.ZavConfig) default_ZAV_config(pod, NoDevice, 0);
     register_file_commands();
+    register_log_commands();
     register_link_commands();
     register_view_commands();
-    register_log_commands();
     operations.CheckItems();
 }
 

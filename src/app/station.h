@@ -92,10 +92,10 @@ class Station : private PollConsumers {
   private:
     void register_file_commands();
     void register_log_commands();
-    void register_link_commands();
-    void register_view_commands();
     void start_logs(bool scans, bool events);
     void stop_logs(bool scans, bool events);
+    void register_link_commands();
+    void register_view_commands();
     void set_up_interface();
     void type_command();
     ChooseChannels choose_channels();

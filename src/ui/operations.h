@@ -84,6 +84,8 @@ class Operations : public MainWindow {
     void pnlButton_DblClick(int stream);
     void unload_request();  // the window is asked to close; it stays until the program ends
 
+    // Shows the pods that a running log records in their logging pictures.
+    void show_logged_pods();
     void mnuOperate_Click();  // the menu is about to open
 
     // Sends a command string to the selected pods. Nothing else that sends can be used meanwhile.
@@ -97,9 +99,6 @@ class Operations : public MainWindow {
 
     // Stream-0 results are awaited of the pods that got the last command string.
     void mark_triggered();
-
-    // Shows the pods that a running log records in their logging pictures.
-    void show_logged_pods();
 
     // Whether a command can be used now.
     bool available(Command command) const;
