@@ -4,6 +4,7 @@
 #include <QDialog>
 
 #include "ui/qt/icons.h"
+#include "ui/qt/logging_windows.h"
 #include "ui/qt/qt_text.h"
 #include "ui/qt/station_forms.h"
 #include "ui/qt/stream_windows.h"
@@ -72,6 +73,21 @@ void QtWindows::show_tx_command(TxCommandDialog& dialog) {
 
 void QtWindows::show_select_channels(SelectChannelsDialog& dialog) {
     run_form(dialog, mirrors_, in_use());
+}
+
+void QtWindows::show_log_setup(LogSetup& rules) {
+    run_log_setup(mirrors_, rules, window_in_front(main_window_));
+}
+
+void QtWindows::show_csv_conversion(CsvDialog& rules) {
+    run_csv_conversion(mirrors_, rules, window_in_front(main_window_));
+}
+
+void QtWindows::show_csv_progress(CsvProgress& rules, bool open) {
+    csv_progress_.reset();
+    if (open)
+        csv_progress_ =
+            std::make_unique<CsvProgressWindow>(mirrors_, rules, window_in_front(main_window_));
 }
 
 }  // namespace kavorix

@@ -14,6 +14,7 @@
 
 namespace kavorix {
 
+class CsvProgressWindow;
 class StreamWindow;
 
 class QtWindows : public Windows {
@@ -33,6 +34,9 @@ class QtWindows : public Windows {
     void show_status(StatusView& view) override;
     void show_tx_command(TxCommandDialog& dialog) override;
     void show_select_channels(SelectChannelsDialog& dialog) override;
+    void show_log_setup(LogSetup& rules) override;
+    void show_csv_conversion(CsvDialog& rules) override;
+    void show_csv_progress(CsvProgress& rules, bool open) override;
 
   private:
     template <class View>
@@ -45,6 +49,7 @@ class QtWindows : public Windows {
     WindowMemory memory_;
     QPointer<QWidget> main_window_;
     std::array<std::unique_ptr<StreamWindow>, StreamCount> stream_windows_;
+    std::unique_ptr<CsvProgressWindow> csv_progress_;
 };
 
 }  // namespace kavorix
