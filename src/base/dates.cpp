@@ -65,8 +65,9 @@ WallTime add_milliseconds(const WallTime& time, long long milliseconds) {
 }
 
 long long milliseconds_between(const WallTime& from, const WallTime& to) {
-    return (to_days(to) - to_days(from)).count() * Day + milliseconds_of_day(to) -
-           milliseconds_of_day(from);
+    const std::chrono::days days =
+        std::chrono::sys_days{to_date(to)} - std::chrono::sys_days{to_date(from)};
+    return days.count() * Day + milliseconds_of_day(to) - milliseconds_of_day(from);
 }
 
 }  // namespace kavorix
