@@ -33,7 +33,8 @@ std::string month_name(int month) {
 }
 
 bool is_date(const WallTime& time) {
-    return time.month >= 1 && time.day >= 1 && to_date(time).ok();
+    return time.month >= 1 && time.month <= 12 && time.day >= 1 && time.day <= 31 &&
+           to_date(time).ok();
 }
 
 WallTime add_days(const WallTime& time, int days) {
@@ -65,9 +66,9 @@ WallTime add_milliseconds(const WallTime& time, long long milliseconds) {
 }
 
 long long milliseconds_between(const WallTime& from, const WallTime& to) {
-    const std::chrono::days days =
-        std::chrono::sys_days{to_date(to)} - std::chrono::sys_days{to_date(from)};
-    return days.count() * Day + milliseconds_of_day(to) - milliseconds_of_day(from);
+    return (std::chrono::sys_days{to_date(to)} - std::chrono::sys_days{to_date(from)}).count() *
+               Day +
+           milliseconds_of_day(to) - milliseconds_of_day(from);
 }
 
 }  // namespace kavorix

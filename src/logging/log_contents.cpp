@@ -3,22 +3,28 @@
 #include <algorithm>
 #include <array>
 
+#include "base/text.h"
+
 namespace kavorix {
 
 namespace {
 
 constexpr std::size_t HeaderBuffer = 4096;
 
+PodOnFile& entry_of(LogContents& contents, const LoggedPod& pod) {
+    const auto known = std::find_if(contents.Pods.begin(), contents.Pods.end(),
+                                    [&](const PodOnFile& p) { return p.Number == pod.Number; });
+    if (known != contents.Pods.end()) return *known;
+    return contents.Pods.emplace_back(PodOnFile{pod.Number, pod.TypeCode, 0, {}});
+}
+
 void add_pods(LogContents& contents, const std::vector<LoggedPod>& pods) {
     for (const LoggedPod& pod : pods) {
-        const auto channels = static_cast<std::int16_t>(pod.Channels.size());
-        const auto known = std::find_if(contents.Pods.begin(), contents.Pods.end(),
-                                        [&](const PodOnFile& p) { return p.Number == pod.Number; });
-        if (known == contents.Pods.end()) {
-            contents.Pods.push_back({pod.Number, pod.TypeCode, channels});
-        } else {
-            known->Channels = std::max(known->Channels, channels);
-        }
+        PodOnFile& entry = entry_of(contents, pod);
+        if (entry.Labels.size() < pod.Channels.size()) entry.Labels.resize(pod.Channels.size());
+        entry.Channels = static_cast<std::int16_t>(entry.Labels.size());
+        for (std::size_t i = 0; i < pod.Channels.size(); ++i)
+            if (entry.Labels[i].empty()) entry.Labels[i] = trim(pod.Channels[i].Label);
     }
 }
 

@@ -183,6 +183,7 @@ TEST_F(PodSetupTest, ListsStoreCodesOrPositions) {
     form.cboIntegration.index = 5;
     dialog.cboIntegration_Click();
     EXPECT_EQ(edited().Integration, 5);
+    dialogs.answer(Answer::Yes);
     choose_mode(21);
     form.cboRange.index = 1;
     dialog.cboRange_Click();
@@ -223,8 +224,7 @@ TEST_F(PodSetupTest, CapabilityLettersWithholdListsOfTheConnectedTypeOnly) {
     EXPECT_TRUE(form.cboScanPeriod.enabled && form.cboIntegration.enabled);
     dialog.Form_Load(PodSetup::NoPod);
     choose_pod(3);
-    EXPECT_TRUE(form.cboScanPeriod.enabled && form.cboIntegration.enabled)
-        << "no pod was passed";
+    EXPECT_TRUE(form.cboScanPeriod.enabled && form.cboIntegration.enabled) << "no pod was passed";
     EXPECT_EQ(form.cboScanPeriod.index, 0);
 }
 
@@ -327,8 +327,8 @@ TEST_F(ClosingTest, TheAnswerDecides) {
         bool closed;
         std::int16_t period;
     };
-    for (const Row& row : {Row{Answer::Cancel, false, 0}, Row{Answer::No, true, 0},
-                           Row{Answer::Yes, true, 250}}) {
+    for (const Row& row :
+         {Row{Answer::Cancel, false, 0}, Row{Answer::No, true, 0}, Row{Answer::Yes, true, 250}}) {
         PodSetupRig other;
         other.open(Type7R);
         other.form.cboScanPeriod.index = 1;
@@ -363,8 +363,8 @@ TEST_F(ClosingTest, TheCommandNeedsAtMostOneSelectedPod) {
 TEST_F(PodSetupTest, ChangesAreTakenBackAndMadeAgain) {
     open(Type7V, 1);
     const PodConfig start = edited();
-    set_channel(3, 20);
     dialogs.answer(Answer::Yes);
+    set_channel(3, 20);
     choose_mode(10);
     choose_type(Type8R);
     dialogs.take_boxes();

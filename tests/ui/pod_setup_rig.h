@@ -1,7 +1,8 @@
 #pragma once
 
 // The pod configuration dialog over a station in virtual time, with an operator's hands: what an
-// operator chooses or types goes into the record first, then the handler runs, as the windows do it.
+// operator chooses or types goes into the record first, then the handler runs, as the windows do
+// it.
 
 #include <functional>
 #include <string>
@@ -23,7 +24,8 @@ inline ShownBox refusal(std::string text) {
     return {std::move(text), box::Exclamation, "KAVORIX"};
 }
 
-// Runs what a test wants to be done in a dialog that was opened; without it the dialog is cancelled.
+// Runs what a test wants to be done in a dialog that was opened; without it the dialog is
+// cancelled.
 class OperatedWindows : public PodSetupWindows {
   public:
     std::function<void(PodSetup&)> pod_setup;
@@ -60,9 +62,9 @@ class PodSetupRig : public Rig {
   public:
     OperatedWindows windows;
     int accepted = 0;
-    PodSetup::Surroundings surroundings_of_dialog{
-        configuration, run_time, screen,  driver,
-        dialogs,       message_line, failures, windows, [this] { ++accepted; }};
+    PodSetup::Surroundings surroundings_of_dialog{configuration, run_time, screen,
+                                                  driver,        dialogs,  message_line,
+                                                  failures,      windows,  [this] { ++accepted; }};
     PodSetup dialog{surroundings_of_dialog};
     PodSetupScreen& form = dialog.screen;
 

@@ -3,6 +3,7 @@
 #include <QDialog>
 
 #include "ui/qt/icons.h"
+#include "ui/qt/logging_windows.h"
 #include "ui/qt/qt_text.h"
 #include "ui/qt/stream0_window.h"
 #include "ui/qt/window_placing.h"
@@ -32,6 +33,21 @@ void QtWindows::show_stream0() {
     if (!stream0_window_)
         stream0_window_ = std::make_unique<Stream0Window>(stream0_, mirrors_, memory_);
     stream0_window_->open_view();
+}
+
+void QtWindows::show_log_setup(LogSetup& rules) {
+    run_log_setup(mirrors_, rules, window_in_front(main_window_));
+}
+
+void QtWindows::show_csv_conversion(CsvDialog& rules) {
+    run_csv_conversion(mirrors_, rules, window_in_front(main_window_));
+}
+
+void QtWindows::show_csv_progress(CsvProgress& rules, bool open) {
+    csv_progress_.reset();
+    if (open)
+        csv_progress_ =
+            std::make_unique<CsvProgressWindow>(mirrors_, rules, window_in_front(main_window_));
 }
 
 }  // namespace kavorix

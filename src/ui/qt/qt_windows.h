@@ -13,6 +13,7 @@
 
 namespace kavorix {
 
+class CsvProgressWindow;
 class Stream0Window;
 
 class QtWindows : public Windows {
@@ -25,6 +26,9 @@ class QtWindows : public Windows {
 
     void show_about(const AboutBox& about) override;
     void show_stream0() override;
+    void show_log_setup(LogSetup& rules) override;
+    void show_csv_conversion(CsvDialog& rules) override;
+    void show_csv_progress(CsvProgress& rules, bool open) override;
 
   private:
     Mirrors& mirrors_;
@@ -32,6 +36,7 @@ class QtWindows : public Windows {
     WindowMemory memory_;
     QPointer<QWidget> main_window_;
     std::unique_ptr<Stream0Window> stream0_window_;
+    std::unique_ptr<CsvProgressWindow> csv_progress_;
 };
 
 }  // namespace kavorix
