@@ -33,7 +33,7 @@ void QtWindows::show_about(const AboutBox& about) {
 
 QWidget* QtWindows::in_use() const {
     QWidget* const active = QApplication::activeWindow();
-    return window_in_front(active ? active : main_window_);
+    return window_in_front(active ? active : main_window_.data());
 }
 
 template <class View>
