@@ -209,6 +209,7 @@ void PollCycle::poll_boundary(std::uint32_t now) {
         consumers_.refresh_stream1();
         poll.Stream1Arrived = 0;
     }
+    if (poll.ViewOpen[TextStream] == 1) consumers_.refresh_stream3();
     if (log.ScanLogging == 1 && static_cast<std::int32_t>(now - poll.LastScanLogTime) >=
                                     log.ScanLogInterval - with_.run_time.Link.PollTick) {
         poll.LastScanLogTime = now;

@@ -19,6 +19,7 @@ class PollConsumers {
     // At a poll boundary, while the view is open.
     virtual void refresh_stream0() = 0;
     virtual void refresh_stream1() = 0;
+    virtual void refresh_stream3() {}
 
     // New events of the pod that the stream-2 view shows.
     virtual void show_events() = 0;

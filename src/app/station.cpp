@@ -2,6 +2,10 @@
 
 #include <algorithm>
 
+#include "logging/csv_dialog.h"
+#include "logging/log_setup.h"
+#include "ui/interface_settings.h"
+
 namespace kavorix {
 
 CommandLink::Surroundings Station::link_surroundings() {
@@ -27,23 +31,49 @@ Station::Station(const Surroundings& surroundings)
       log_file({with_.files, with_.loop, failures_, screen, configuration, run_time}),
       program_exit(link_surroundings(),
                    [this](std::int16_t saveAs) { return config_files.save_file(saveAs); }),
-      stream0(run_time, configuration),
+      stream0(run_time, configuration, choose_channels()),
+      stream1(link_surroundings(), operations, choose_channels()),
+      stream2(run_time, with_.loop),
+      stream3(run_time),
       pod_errors_(error_log_, run_time.Link, screen, configuration.Interface),
       decoder_(link_surroundings(), link, pod_errors_),
       poll_cycle_(link_surroundings(), link, decoder_, *this) {
     for (PodConfig& pod : configuration.ZavConfig) default_ZAV_config(pod, NoDevice, 0);
     register_file_commands();
     register_log_commands();
+    register_link_commands();
+    register_view_commands();
     operations.CheckItems();
 }
 
 void Station::register_log_commands() {
+    operations.on(Command::SetupScanLog, [this] { set_up_log(ScanLog); });
+    operations.on(Command::SetupEventLog, [this] { set_up_log(EventLog); });
+    operations.on(Command::ConvertLogFile, [this] { convert_log(); });
     operations.on(Command::StartScanLog, [this] { start_logs(true, false); });
     operations.on(Command::StartEventLog, [this] { start_logs(false, true); });
     operations.on(Command::StartBothLogs, [this] { start_logs(true, true); });
     operations.on(Command::StopScanLog, [this] { stop_logs(true, false); });
     operations.on(Command::StopEventLog, [this] { stop_logs(false, true); });
     operations.on(Command::StopBothLogs, [this] { stop_logs(true, true); });
+}
+
+void Station::set_up_log(std::int16_t kind) {
+    LogSetup rules({run_time.Log, run_time.Status, run_time.Link, configuration.Interface,
+                    with_.dialogs, failures_},
+                   kind);
+    rules.Form_Load();
+    with_.windows.show_log_setup(rules);
+    operations.CheckItems();
+}
+
+void Station::convert_log() {
+    CsvProgress* progress = nullptr;
+    CsvDialog rules({with_.files, with_.loop, with_.dialogs, failures_,
+                     [&](bool open) { with_.windows.show_csv_progress(*progress, open); }});
+    progress = &rules.progress_window;
+    rules.Form_Load();
+    with_.windows.show_csv_conversion(rules);
 }
 
 void Station::start_logs(bool scans, bool events) {
@@ -68,9 +98,56 @@ void Station::register_file_commands() {
     operations.on(Command::OpenFile, [this] {
         config_files.open_file();
         stream0.configuration_changed();
+        stream1.configuration_changed();
     });
     operations.on(Command::Save, [this] { config_files.save_file(0); });
     operations.on(Command::SaveAs, [this] { config_files.save_file(1); });
+}
+
+ChooseChannels Station::choose_channels() {
+    return choose_in_window(with_.windows, with_.dialogs, failures_);
+}
+
+void Station::register_link_commands() {
+    operations.on(Command::InterfaceCard, [this] { set_up_interface(); });
+    operations.on(Command::TxCommand, [this] { type_command(); });
+}
+
+void Station::register_view_commands() {
+    operations.on(Command::ViewStream1, [this] { with_.windows.show_stream1(stream1); });
+    operations.on(Command::ViewStream2, [this] { with_.windows.show_stream2(stream2); });
+    operations.on(Command::ViewStream3, [this] { with_.windows.show_stream3(stream3); });
+    operations.on(Command::ViewStatus, [this] {
+        StatusView view = make_status_view();
+        view.Form_Load();
+        with_.windows.show_status(view);
+    });
+}
+
+void Station::set_up_interface() {
+    InterfaceSettingsDialog dialog(
+        link_surroundings(), configuration, discovery, operations,
+        [this](std::int16_t saveAs) { return config_files.save_file(saveAs); });
+    dialog.Form_Load();
+    const std::int16_t address = configuration.Interface.CardAddress;
+    with_.windows.show_interface_settings(dialog);
+    if (configuration.Interface.CardAddress == address) return;
+    // Another network: what the open views show is gone.
+    const auto& open = run_time.Poll.ViewOpen;
+    if (open[ReadingStream] == 1) stream0.load();
+    if (open[RequestStream] == 1) stream1.load();
+    if (open[EventStream] == 1) stream2.load();
+    if (open[TextStream] == 1) stream3.load();
+}
+
+void Station::type_command() {
+    TxCommandDialog dialog(link_surroundings(), link, operations, typed_commands_,
+                           [this](std::string_view sent) { stream1.note_sent(sent); });
+    with_.windows.show_tx_command(dialog);
+}
+
+StatusView Station::make_status_view() {
+    return {link_surroundings(), discovery, operations, with_.system_info};
 }
 
 void Station::start() {

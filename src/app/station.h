@@ -11,8 +11,14 @@
 #include "link/discovery.h"
 #include "link/program_exit.h"
 #include "logging/log_file.h"
+#include "platform/system_info.h"
 #include "ui/operations.h"
+#include "ui/status_view.h"
 #include "ui/stream0_view.h"
+#include "ui/stream1_view.h"
+#include "ui/stream2_view.h"
+#include "ui/stream3_view.h"
+#include "ui/tx_command.h"
 
 namespace kavorix {
 
@@ -34,6 +40,7 @@ class Station : private PollConsumers {
         Files& files;
         Windows& windows;
         StationFolder folder;
+        const SystemInfo& system_info;
     };
     explicit Station(const Surroundings& surroundings);
 
@@ -75,15 +82,30 @@ class Station : private PollConsumers {
     LogFile log_file;
     ProgramExit program_exit;
     Stream0View stream0;
+    Stream1View stream1;
+    Stream2View stream2;
+    Stream3View stream3;
+
+    // The status of the selected pods and of the interface, asked for now.
+    StatusView make_status_view();
 
   private:
     void register_file_commands();
     void register_log_commands();
+    void set_up_log(std::int16_t kind);
+    void convert_log();
     void start_logs(bool scans, bool events);
     void stop_logs(bool scans, bool events);
+    void register_link_commands();
+    void register_view_commands();
+    void set_up_interface();
+    void type_command();
+    ChooseChannels choose_channels();
+
     void refresh_stream0() override;
-    void refresh_stream1() override {}
-    void show_events() override {}
+    void refresh_stream1() override { stream1.refresh(); }
+    void refresh_stream3() override { stream3.refresh(); }
+    void show_events() override { stream2.show_events(); }
     void Write_Log_File(std::int16_t kind, std::int16_t flush, std::int32_t time) override;
     bool graph_exists() override { return false; }
     void WRUpdateData(std::span<const float>) override {}
@@ -91,6 +113,7 @@ class Station : private PollConsumers {
     PodErrors pod_errors_;
     StreamDecoder decoder_;
     PollCycle poll_cycle_;
+    CommandHistory typed_commands_;
     std::function<void()> on_poll_;
 };
 

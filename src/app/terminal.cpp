@@ -24,6 +24,7 @@ Answer TerminalDialogs::Msg_Box(std::string_view text, int flags, std::string_vi
 TerminalStation::TerminalStation(const CommonOptions& options, EventLoop& loop,
                                  std::ostream& messages, bool keep_error_log)
     : files_(make_host_files()),
+      system_info_(make_host_system_info()),
       driver_(make_driver(options, *files_, loop)),
       dialogs_(messages),
       station({*driver_,
@@ -31,7 +32,8 @@ TerminalStation::TerminalStation(const CommonOptions& options, EventLoop& loop,
                dialogs_,
                *files_,
                windows_,
-               {program_directory(options, *files_), keep_error_log}}) {
+               {program_directory(options, *files_), keep_error_log},
+               *system_info_}) {
     dialogs_.on_repaint([&] {
         const Label& line = station.screen.lblMsg;
         if (line.fore == Colour::Red && !line.caption.empty())

@@ -28,7 +28,9 @@ class WindowStation {
           files_(make_host_files()),
           directory_(program_directory(options, *files_)),
           driver_(make_driver(options, *files_, loop_)),
-          station_({*driver_, loop_, dialogs_, *files_, windows_, {directory_, true}}),
+          system_info_(make_host_system_info()),
+          station_(
+              {*driver_, loop_, dialogs_, *files_, windows_, {directory_, true}, *system_info_}),
           windows_(mirrors_, station_.stream0, memory_path(directory_)),
           window_(station_.screen, handlers_of(station_.operations), mirrors_,
                   memory_path(directory_)) {
@@ -54,6 +56,7 @@ class WindowStation {
     std::unique_ptr<Files> files_;
     std::string directory_;
     std::unique_ptr<Driver> driver_;
+    std::unique_ptr<SystemInfo> system_info_;
     Station station_;
     QtWindows windows_;
     QtMainWindow window_;

@@ -33,7 +33,8 @@ std::string month_name(int month) {
 }
 
 bool is_date(const WallTime& time) {
-    return time.month >= 1 && time.day >= 1 && to_date(time).ok();
+    return time.month >= 1 && time.month <= 12 && time.day >= 1 && time.day <= 31 &&
+           to_date(time).ok();
 }
 
 WallTime add_days(const WallTime& time, int days) {

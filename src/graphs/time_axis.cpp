@@ -10,6 +10,7 @@ namespace kavorix {
 
 namespace {
 
+constexpr double Millisecond = 0.001;
 constexpr double Minute = 60;
 constexpr double Hour = 3600;
 constexpr double Day = 24 * Hour;
@@ -67,9 +68,10 @@ std::vector<ClockStretch> stretches(const TrendData& data, const TimeRange& rang
     std::vector<ClockStretch> result;
     const auto anchors = data.clock();
     for (std::size_t i = 0; i < anchors.size(); ++i) {
+        const bool last = i + 1 == anchors.size();
         const TimeRange part{
             i == 0 ? range.begin : std::max(range.begin, anchors[i].time_s),
-            i + 1 < anchors.size() ? std::min(range.end, anchors[i + 1].time_s) : range.end};
+            last ? range.end : std::min(range.end, anchors[i + 1].time_s - Millisecond)};
         if (part.end < part.begin) continue;
         WallTime midnight = data.wall_time(part.begin);
         const WallTime begin = midnight;

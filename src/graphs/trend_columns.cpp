@@ -32,15 +32,15 @@ void take_in(Extremes& extremes, float value) {
 }  // namespace
 
 void TrendColumns::show(const TrendData& data, const TimeRange& range, double width_s) {
+    const std::int64_t first_shown = column_at(range.begin, width_s);
     if (!goes_on(data, range, width_s)) {
         clear();
         channels_ = static_cast<std::size_t>(data.channels());
         width_s_ = width_s;
-        next_row_ = data.row_at(range.begin);
+        next_row_ = data.row_at(static_cast<double>(first_shown) * width_s);
         if (next_row_ > data.first_row()) --next_row_;
     }
     begin_s_ = range.begin;
-    const std::int64_t first_shown = column_at(range.begin, width_s);
     while (!columns_.empty() && columns_.front().end_row <= data.first_row()) drop_first();
     while (columns_.size() > 1 && columns_[1].number < first_shown) drop_first();
 

@@ -25,7 +25,8 @@ struct Extremes {
 // while the graph moves on. Columns without a row are left out.
 class TrendColumns {
   public:
-    // Brings the columns to the rows of `range` and one row before and behind it. As long as the
+    // Brings the columns to the rows of `range`, the column of its begin being whole, and one row
+    // before and behind it. As long as the
     // range moves to later times and the width stays, only what is new is looked at.
     void show(const TrendData& data, const TimeRange& range, double width_s);
 

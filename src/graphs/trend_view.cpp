@@ -54,9 +54,10 @@ TimeRange whole_span(const TrendLimits& limits) {
 
 TrendView settled(const TrendView& view, const TrendLimits& limits) {
     TrendView result = view;
-    result.time = view.following
-                      ? at_newest(std::min(view.time.length(), limits.all.length()), limits)
-                      : limited(view.time, limits);
+    result.time = limited(view.time, limits);
+    // A view with room for rows to come stands still until they reach its end.
+    if (view.following && result.time.end < limits.newest_s)
+        result.time = at_newest(result.time.length(), limits);
     return result;
 }
 
@@ -81,7 +82,8 @@ TrendView time_shown(const TrendView& view, const TimeRange& range, const TrendL
 TrendView follow(const TrendView& view, const TrendLimits& limits) {
     TrendView result = view;
     result.following = true;
-    return settled(result, limits);
+    result.time = at_newest(std::min(view.time.length(), limits.all.length()), limits);
+    return result;
 }
 
 TrendView all_shown(const TrendView& view, const TrendLimits& limits) {

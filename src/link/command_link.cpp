@@ -163,6 +163,8 @@ void CommandLink::note_request(int pod, const std::string& token, Call& call) {
             status.SingleNew.fill(0);
             status.SinglePending.fill(0);
         }
+        // The kinds of the answers that are thus never shown.
+        for (std::string& kinds : with_.run_time.Poll.RequestKinds) kinds.clear();
         link.RequestCount = 1;
     } else {
         ++link.RequestCount;
@@ -170,6 +172,9 @@ void CommandLink::note_request(int pod, const std::string& token, Call& call) {
     if (token.starts_with("IN") && pod == call.first_request_pod)
         link.FirstPodInputRequests += token + ";";
     link.StreamRequests[at(pod)] += token + ";";
+    const double channel = leading_value(middle(token, 3));
+    if (channel >= 1 && channel < MaxChannels + 1)
+        with_.run_time.Status[at(pod)].SinglePending[static_cast<std::size_t>(channel) - 1] = 1;
 }
 
 void CommandLink::wait_transmit_delay(int delay_ms) {

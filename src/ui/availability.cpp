@@ -7,101 +7,130 @@ namespace kavorix {
 
 namespace {
 
+using State = StationState;
+
+constexpr Condition PodsFound{"pods found", [](const State& s) { return s.operations; }};
+constexpr Condition NothingSent{"nothing being sent", [](const State& s) { return !s.sending; }};
+constexpr Condition Configurable{"card found; not scanning; not logging",
+                                 [](const State& s) { return s.configurable(); }};
+// The way out of a start without a card.
+constexpr Condition CardConfigurable{
+    "not scanning; not logging", [](const State& s) { return s.configurable() || !s.operations; }};
+constexpr Condition PodSelected{"pod selected", [](const State& s) { return s.pods_selected > 0; }};
+constexpr Condition Selection{"pod or interface selected",
+                              [](const State& s) { return s.selection(); }};
+constexpr Condition CounterPods{"no 7R, 7S, 7T, 7U, 8S selected",
+                                [](const State& s) { return s.counter_pods; }};
+constexpr Condition CapturePods{"no 7R, 7S, 7T, 7U, 7V, 7W selected",
+                                [](const State& s) { return s.capture_pods; }};
+constexpr Condition ScanFile{"scan log set up", [](const State& s) { return s.scan_file; }};
+constexpr Condition EventFile{"event log set up", [](const State& s) { return s.event_file; }};
+constexpr Condition ScanLogStopped{"scan log stopped",
+                                   [](const State& s) { return !s.scan_logging; }};
+constexpr Condition EventLogStopped{"event log stopped",
+                                    [](const State& s) { return !s.event_logging; }};
+constexpr Condition ScanLogRuns{"scan log running", [](const State& s) { return s.scan_logging; }};
+constexpr Condition EventLogRuns{"event log running",
+                                 [](const State& s) { return s.event_logging; }};
+constexpr Condition GraphSetUp{"graph set up", [](const State& s) { return s.graph_set_up; }};
+constexpr Condition GraphClosed{"no graph shown", [](const State& s) { return !s.graph_shown; }};
+
+constexpr std::size_t MostNeeds = 5;
+
 struct Rule {
     Command command;
-    bool (*available)(const StationState&);
+    std::array<const Condition*, MostNeeds> needs;  // null behind the last
 };
-
-// Configuration commands that send nothing and need no pod.
-constexpr auto Settings = [](const StationState& s) { return s.config_commands && !s.sending; };
-// Those that act on the selected pods.
-constexpr auto PodSettings = [](const StationState& s) {
-    return s.operations && s.config_commands && !s.sending && s.selection();
-};
-constexpr auto Send = [](const StationState& s) {
-    return s.operations && !s.sending && s.pods_selected > 0;
-};
-constexpr auto View = [](const StationState& s) { return s.operations && s.pods_selected > 0; };
-constexpr auto Always = [](const StationState&) { return true; };
-constexpr auto WithPods = [](const StationState& s) { return s.operations; };
 
 constexpr std::array Rules = {
-    // Usable without pods whatever else is switched off: the way out of a start without a card.
-    Rule{Command::InterfaceCard,
-         [](const StationState& s) { return !s.sending && (s.config_commands || !s.operations); }},
-    Rule{Command::ZavSetup,
-         [](const StationState& s) { return s.operations && s.config_commands && !s.sending; }},
-    Rule{Command::OpenFile, Settings},
-    Rule{Command::Save, Settings},
-    Rule{Command::SaveAs, Settings},
-    Rule{Command::TransmitConfig, PodSettings},
-    Rule{Command::Delete, PodSettings},
-    Rule{Command::DefaultContScan, PodSettings},
-    Rule{Command::Exit, Always},
-    Rule{Command::Trigger, Send},
-    Rule{Command::Halt, Send},
-    Rule{Command::ClearEventCounter,
-         [](const StationState& s) { return Send(s) && s.counter_pods; }},
-    Rule{Command::EventCaptureOn, [](const StationState& s) { return Send(s) && s.capture_pods; }},
-    Rule{Command::EventCaptureOff, [](const StationState& s) { return Send(s) && s.capture_pods; }},
-    Rule{Command::TxCommand, Send},
-    Rule{Command::ViewStream0, View},
-    Rule{Command::ViewStream1, View},
-    Rule{Command::ViewStream2, View},
-    Rule{Command::ViewStream3, View},
-    Rule{Command::ViewStatus,
-         [](const StationState& s) { return s.operations && !s.sending && s.selection(); }},
-    Rule{Command::SetupScanLog,
-         [](const StationState& s) { return s.operations && !s.scan_logging; }},
-    Rule{Command::SetupEventLog,
-         [](const StationState& s) { return s.operations && !s.event_logging; }},
-    Rule{Command::StartScanLog,
-         [](const StationState& s) { return s.operations && s.scan_file && !s.scan_logging; }},
-    Rule{Command::StartEventLog,
-         [](const StationState& s) { return s.operations && s.event_file && !s.event_logging; }},
+    Rule{Command::InterfaceCard, {&NothingSent, &CardConfigurable}},
+    Rule{Command::ZavSetup, {&PodsFound, &NothingSent, &Configurable}},
+    Rule{Command::OpenFile, {&NothingSent, &Configurable}},
+    Rule{Command::Save, {&NothingSent, &Configurable}},
+    Rule{Command::SaveAs, {&NothingSent, &Configurable}},
+    Rule{Command::TransmitConfig, {&PodsFound, &Selection, &NothingSent, &Configurable}},
+    Rule{Command::Delete, {&PodsFound, &Selection, &NothingSent, &Configurable}},
+    Rule{Command::DefaultContScan, {&PodsFound, &Selection, &NothingSent, &Configurable}},
+    Rule{Command::Exit, {}},
+    Rule{Command::Trigger, {&PodsFound, &PodSelected, &NothingSent}},
+    Rule{Command::Halt, {&PodsFound, &PodSelected, &NothingSent}},
+    Rule{Command::ClearEventCounter, {&PodsFound, &PodSelected, &NothingSent, &CounterPods}},
+    Rule{Command::EventCaptureOn, {&PodsFound, &PodSelected, &NothingSent, &CapturePods}},
+    Rule{Command::EventCaptureOff, {&PodsFound, &PodSelected, &NothingSent, &CapturePods}},
+    Rule{Command::TxCommand, {&PodsFound, &PodSelected, &NothingSent}},
+    Rule{Command::ViewStream0, {&PodsFound, &PodSelected}},
+    Rule{Command::ViewStream1, {&PodsFound, &PodSelected}},
+    Rule{Command::ViewStream2, {&PodsFound, &PodSelected}},
+    Rule{Command::ViewStream3, {&PodsFound, &PodSelected}},
+    Rule{Command::ViewStatus, {&PodsFound, &Selection, &NothingSent}},
+    Rule{Command::SetupScanLog, {&PodsFound, &ScanLogStopped}},
+    Rule{Command::SetupEventLog, {&PodsFound, &EventLogStopped}},
+    Rule{Command::StartScanLog, {&PodsFound, &ScanFile, &ScanLogStopped}},
+    Rule{Command::StartEventLog, {&PodsFound, &EventFile, &EventLogStopped}},
     Rule{Command::StartBothLogs,
-         [](const StationState& s) {
-             return s.operations && s.scan_file && !s.scan_logging && s.event_file &&
-                    !s.event_logging;
-         }},
-    Rule{Command::StopScanLog, [](const StationState& s) { return s.scan_logging; }},
-    Rule{Command::StopEventLog, [](const StationState& s) { return s.event_logging; }},
-    Rule{Command::StopBothLogs,
-         [](const StationState& s) { return s.scan_logging && s.event_logging; }},
-    Rule{Command::GraphSetup,
-         [](const StationState& s) {
-             return s.operations && s.pods_selected > 0 && !s.graph_shown;
-         }},
-    Rule{Command::ViewGraph,
-         [](const StationState& s) {
-             return s.operations && s.pods_selected > 0 && s.graph_set_up && !s.graph_shown;
-         }},
-    Rule{Command::DefaultScreen, WithPods},
-    Rule{Command::ExpandScreen, WithPods},
-    Rule{Command::SelectAll, WithPods},
-    Rule{Command::Stream3AutoClear, WithPods},
-    Rule{Command::TransmitReminder, WithPods},
-    Rule{Command::ConvertLogFile, [](const StationState& s) { return s.config_commands; }},
-    Rule{Command::PrinterSetup, [](const StationState& s) { return s.config_commands; }},
-    Rule{Command::About, Always},
+         {&PodsFound, &ScanFile, &ScanLogStopped, &EventFile, &EventLogStopped}},
+    Rule{Command::StopScanLog, {&ScanLogRuns}},
+    Rule{Command::StopEventLog, {&EventLogRuns}},
+    Rule{Command::StopBothLogs, {&ScanLogRuns, &EventLogRuns}},
+    Rule{Command::GraphSetup, {&PodsFound, &PodSelected, &GraphClosed}},
+    Rule{Command::ViewGraph, {&PodsFound, &PodSelected, &GraphSetUp, &GraphClosed}},
+    Rule{Command::DefaultScreen, {&PodsFound}},
+    Rule{Command::ExpandScreen, {&PodsFound}},
+    Rule{Command::SelectAll, {&PodsFound}},
+    Rule{Command::Stream3AutoClear, {&PodsFound}},
+    Rule{Command::TransmitReminder, {&PodsFound}},
+    Rule{Command::ConvertLogFile, {&Configurable}},
+    Rule{Command::PrinterSetup, {&Configurable}},
+    Rule{Command::About, {}},
+    Rule{Command::Configure, {&PodsFound, &Selection, &NothingSent, &Configurable}},
+    Rule{Command::DefaultExpand, {&PodsFound}},
+    Rule{Command::ClearErrors, {&PodsFound}},
 };
 
 constexpr bool in_command_order() {
     for (std::size_t i = 0; i < Rules.size(); ++i)
         if (Rules[i].command != static_cast<Command>(i + 1)) return false;
-    return Rules.back().command == Command::About;
+    return Rules.back().command == LastCommand;
 }
 static_assert(in_command_order(), "every command has its rule, in the order of the enumeration");
 
-}  // namespace
+struct MenuRule {
+    std::string_view menu;
+    std::array<const Condition*, MostNeeds> needs;
+};
 
-bool is_available(Command command, const StationState& state) {
-    return command != Command::None &&
-           Rules[static_cast<std::size_t>(command) - 1].available(state);
+// The other menus can always be opened.
+constexpr std::array MenuRules = {
+    MenuRule{"mnuOperate", {&PodsFound}}, MenuRule{"mnuView", {&PodsFound, &Selection}},
+    MenuRule{"mnuLogging", {&PodsFound}}, MenuRule{"mnuTrend", {&PodsFound}},
+    MenuRule{"mnuOptions", {&PodsFound}},
+};
+
+Conditions filled(const std::array<const Condition*, MostNeeds>& needs) {
+    const auto end = std::find(needs.begin(), needs.end(), nullptr);
+    return Conditions(needs).first(static_cast<std::size_t>(end - needs.begin()));
 }
 
-bool view_menu_available(const StationState& state) {
-    return state.operations && state.selection();
+}  // namespace
+
+Conditions needs(Command command) {
+    if (command == Command::None) return {};
+    return filled(Rules[static_cast<std::size_t>(command) - 1].needs);
+}
+
+Conditions menu_needs(std::string_view menu) {
+    for (const MenuRule& rule : MenuRules)
+        if (rule.menu == menu) return filled(rule.needs);
+    return {};
+}
+
+bool all_hold(Conditions conditions, const StationState& state) {
+    return std::all_of(conditions.begin(), conditions.end(),
+                       [&](const Condition* condition) { return condition->holds(state); });
+}
+
+bool is_available(Command command, const StationState& state) {
+    return command != Command::None && all_hold(needs(command), state);
 }
 
 StationState station_state(const RunTime& run_time) {

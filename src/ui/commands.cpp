@@ -185,6 +185,16 @@ constexpr std::array Bar = {
     MenuEntry{"mnuHelp", "&Help", "", Command::None, single<&MainScreen::mnuHelp>, HelpItems},
 };
 
+constexpr std::array Buttons = {
+    ButtonEntry{"cmdTrig", Command::Trigger, &MainScreen::cmdTrig},
+    ButtonEntry{"cmdHalt", Command::Halt, &MainScreen::cmdHalt},
+    ButtonEntry{"cmdTransmit", Command::TransmitConfig, &MainScreen::cmdTransmit},
+    ButtonEntry{"cmdConfig", Command::Configure, &MainScreen::cmdConfig},
+    ButtonEntry{"cmdDefault", Command::DefaultExpand, &MainScreen::cmdDefault},
+    ButtonEntry{"cmdSelectAll", Command::SelectAll, &MainScreen::cmdSelectAll},
+    ButtonEntry{"cmdClear", Command::ClearErrors, &MainScreen::cmdClear},
+};
+
 void fill(std::span<const MenuEntry> entries, MainScreen& screen) {
     for (const MenuEntry& entry : entries) {
         if (entry.separator()) continue;
@@ -197,6 +207,10 @@ void fill(std::span<const MenuEntry> entries, MainScreen& screen) {
 
 std::span<const MenuEntry> menu_bar() {
     return Bar;
+}
+
+std::span<const ButtonEntry> buttons() {
+    return Buttons;
 }
 
 void fill_menu_captions(MainScreen& screen) {

@@ -48,7 +48,20 @@ enum class Command {
     TransmitReminder,
     ConvertLogFile,
     PrinterSetup,
-    About
+    About,
+    // Buttons without a menu item.
+    Configure,
+    DefaultExpand,
+    ClearErrors
+};
+
+inline constexpr Command LastCommand = Command::ClearErrors;
+
+// A command button of the main window.
+struct ButtonEntry {
+    std::string_view name;  // control name
+    Command command = Command::None;
+    Button MainScreen::*button = nullptr;
 };
 
 struct MenuEntry {
@@ -65,6 +78,9 @@ struct MenuEntry {
 
 // The menu bar from left to right; the children are the items from top to bottom.
 std::span<const MenuEntry> menu_bar();
+
+// The command buttons.
+std::span<const ButtonEntry> buttons();
 
 // Puts the captions of the table into the record.
 void fill_menu_captions(MainScreen& screen);

@@ -6,6 +6,7 @@
 #include "acquire/poll_cycle.h"
 #include "base/text.h"
 #include "model/catalogue.h"
+#include "ui/select_channels.h"
 
 namespace kavorix {
 
@@ -22,6 +23,9 @@ std::string_view handler_name(Command command) {
     if (command <= Command::ViewGraph) return "frmMain/mnuTrendItem_Click";
     if (command <= Command::TransmitReminder) return "frmMain/mnuOptionsItem_Click";
     if (command <= Command::PrinterSetup) return "frmMain/mnuUtilitiesItem_Click";
+    if (command == Command::Configure) return "frmMain/cmdConfig_Click";
+    if (command == Command::DefaultExpand) return "frmMain/cmdDefault_Click";
+    if (command == Command::ClearErrors) return "frmMain/cmdClear_Click";
     return "frmMain/mnuAbout_Click";
 }
 
@@ -66,12 +70,12 @@ std::int16_t while_logging(std::int16_t state) {
 // While one is alive, the commands that send are not available.
 class Operations::Sending {
   public:
-    explicit Sending(Operations& operations) : operations_(operations) {
-        operations_.sending_ = true;
+    explicit Sending(Operations& operations)
+        : operations_(operations), before_(std::exchange(operations.sending_, true)) {
         operations_.CheckItems();
     }
     ~Sending() {
-        operations_.sending_ = false;
+        operations_.sending_ = before_;
         operations_.CheckItems();
     }
     Sending(const Sending&) = delete;
@@ -79,6 +83,7 @@ class Operations::Sending {
 
   private:
     Operations& operations_;
+    bool before_;
 };
 
 Operations::Operations(const Surroundings& surroundings)
@@ -104,6 +109,7 @@ void Operations::register_own_commands() {
     on(Command::Delete, [this] { delete_configurations(); });
     on(Command::DefaultContScan, [this] { default_cont_scan(); });
     on(Command::Exit, with_.exit);
+    on(Command::ClearEventCounter, [this] { clear_event_counter(); });
     on(Command::EventCaptureOn, [this] { send("EV1;"); });
     on(Command::EventCaptureOff, [this] { send("EV0;"); });
     on(Command::ViewStream0, [this] { with_.windows.show_stream0(); });
@@ -114,6 +120,9 @@ void Operations::register_own_commands() {
     on(Command::TransmitReminder,
        [this] { screen_.mnuTransmitRem.checked = !screen_.mnuTransmitRem.checked; });
     on(Command::About, [this] { show_about(); });
+    on(Command::Configure, [this] { configure(); });
+    on(Command::DefaultExpand, [this] { show_screen(!screen_.expanded); });
+    on(Command::ClearErrors, [this] { clear_errors(); });
 }
 
 void Operations::on(Command command, std::function<void()> action) {
@@ -136,8 +145,17 @@ void Operations::send(std::string command_string) {
     with_.command_link.TXString();
 }
 
+void Operations::while_sending(const std::function<void()>& work) {
+    const Sending sending(*this);
+    work();
+}
+
 void Operations::trigger() {
     send("TR;");
+    mark_triggered();
+}
+
+void Operations::mark_triggered() {
     LinkState& link = run_time_.Link;
     for (int pod = 0; pod < MaxZavs; ++pod)
         if (link.PollTable.InPollTable[at(pod)] == 1 && with_.command_link.reached()[at(pod)] == 1)
@@ -210,6 +228,29 @@ void Operations::default_cont_scan() {
     with_.configuration.ConfigChanged = 1;
 }
 
+void Operations::clear_event_counter() {
+    int channels = 0;
+    bool universal = false;
+    for (int pod = 0; pod < MaxZavs; ++pod) {
+        const PodStatus& status = run_time_.Status[at(pod)];
+        if (run_time_.Link.ZavSelected[at(pod)] != 1) continue;
+        channels = std::max<int>(channels, status.Channels);
+        if (is_universal_type(GetZAVTypeCode(status.type_code()))) universal = true;
+    }
+    ChannelChoice choice;
+    choice.caption = "Clear Event Counter";
+    choice.prompt = "Select Event Totalise Channels to Clear:";
+    choice.sets = {{"", channels, {}}};
+    choice.complaint = [universal](const std::vector<ChannelChoice::Set>& sets) -> std::string {
+        ChannelFlags others = sets.front().chosen;
+        others[18] = others[19] = 0;
+        if (!universal || others == ChannelFlags{}) return {};
+        return "Channels other than 19 and 20 do not apply to ZAV types 7V and 7W";
+    };
+    if (choose_in_window(with_.windows, with_.link.dialogs, with_.link.failures)(choice))
+        send(tokens_for("CL", choice.sets.front().chosen));
+}
+
 void Operations::set_selected(int pod, bool selected) {
     LinkState& link = run_time_.Link;
     link.ZavSelected[at(pod)] = selected ? 1 : 0;
@@ -270,18 +311,20 @@ void Operations::img_4A_Click() {
 }
 
 void Operations::cmdConfig_Click() {
-    handler("frmMain/cmdConfig_Click", [&] {
-        const LinkState& link = run_time_.Link;
-        if (link.InterfaceSelected == 1)
-            run(Command::InterfaceCard);
-        else if (link.NumSelected == 1)
-            run(Command::ZavSetup);
-        else
-            with_.link.dialogs.Msg_Box(link.NumSelected < 1
-                                           ? "Select either Interface or ZAV Icon for Configuration"
-                                           : "More than 1 ZAV Icon Selected for Configuration",
-                                       box::Exclamation, ProgramName);
-    });
+    handler("frmMain/cmdConfig_Click", [&] { configure(); });
+}
+
+void Operations::configure() {
+    const LinkState& link = run_time_.Link;
+    if (link.InterfaceSelected == 1)
+        run(Command::InterfaceCard);
+    else if (link.NumSelected == 1)
+        run(Command::ZavSetup);
+    else
+        with_.link.dialogs.Msg_Box(link.NumSelected < 1
+                                       ? "Select either Interface or ZAV Icon for Configuration"
+                                       : "More than 1 ZAV Icon Selected for Configuration",
+                                   box::Exclamation, ProgramName);
 }
 
 void Operations::cmdDefault_Click() {
@@ -295,18 +338,20 @@ void Operations::show_screen(bool expanded) {
 }
 
 void Operations::cmdClear_Click() {
-    handler("frmMain/cmdClear_Click", [&] {
-        screen_.lblMsg.caption.clear();
-        for (int pod = 0; pod < MaxZavs; ++pod)
-            if (screen_.img_ZAV[at(pod)].picture == Picture::img1ZAV_E ||
-                run_time_.Status[at(pod)].ErrorFlag == 1)
-                clear_pod_error(pod);
-        screen_.pnlErr.caption.clear();
-        CheckItems();
-        with_.link.dialogs.message_box(
-            "You will need to re-transmit the configuration to the ZAV(s) which had errors.",
-            box::Information, "Clear ZAV Errors");
-    });
+    handler("frmMain/cmdClear_Click", [&] { clear_errors(); });
+}
+
+void Operations::clear_errors() {
+    screen_.lblMsg.caption.clear();
+    for (int pod = 0; pod < MaxZavs; ++pod)
+        if (screen_.img_ZAV[at(pod)].picture == Picture::img1ZAV_E ||
+            run_time_.Status[at(pod)].ErrorFlag == 1)
+            clear_pod_error(pod);
+    screen_.pnlErr.caption.clear();
+    CheckItems();
+    with_.link.dialogs.message_box(
+        "You will need to re-transmit the configuration to the ZAV(s) which had errors.",
+        box::Information, "Clear ZAV Errors");
 }
 
 void Operations::clear_pod_error(int pod) {
@@ -356,15 +401,23 @@ void Operations::unload_request() {
     handler("frmMain/Form_QueryUnload", [&] { with_.exit(); });
 }
 
+void Operations::mnuOperate_Click() {
+    handler("frmMain/mnuOperate_Click", [&] { show_availability(); });
+}
+
 StationState Operations::state() const {
     StationState state = station_state(run_time_);
     state.config_commands = config_commands_;
-    state.sending = sending_ || with_.command_link.transmitting();
+    state.sending = sending();
     return state;
 }
 
 bool Operations::available(Command command) const {
-    return actions_[static_cast<std::size_t>(command)] && is_available(command, state());
+    return available(command, state());
+}
+
+bool Operations::available(Command command, const StationState& now) const {
+    return actions_[static_cast<std::size_t>(command)] && is_available(command, now);
 }
 
 void Operations::ConfigItems(std::int16_t mode) {
@@ -382,27 +435,19 @@ void Operations::CheckItems() {
 
 void Operations::show_availability() {
     const StationState now = state();
-    show_menu(menu_bar());
-    for (MenuItem* menu :
-         {&screen_.mnuOperate, &screen_.mnuLogging, &screen_.mnuTrend, &screen_.mnuOptions})
-        menu->enabled = now.operations;
-    screen_.mnuView.enabled = view_menu_available(now);
-
-    screen_.cmdTrig.enabled = available(Command::Trigger);
-    screen_.cmdHalt.enabled = available(Command::Halt);
-    screen_.cmdTransmit.enabled = available(Command::TransmitConfig);
-    screen_.cmdConfig.enabled = now.operations && now.selection() &&
-                                (available(Command::InterfaceCard) || available(Command::ZavSetup));
-    screen_.cmdDefault.enabled = now.operations;
-    screen_.cmdSelectAll.enabled = available(Command::SelectAll);
-    screen_.cmdClear.enabled = now.operations;
+    for (const MenuEntry& menu : menu_bar())
+        menu.item(screen_).enabled = all_hold(menu_needs(menu.name), now);
+    show_menu(menu_bar(), now);
+    for (const ButtonEntry& entry : buttons())
+        (screen_.*entry.button).enabled = available(entry.command, now);
 }
 
-void Operations::show_menu(std::span<const MenuEntry> entries) {
+void Operations::show_menu(std::span<const MenuEntry> entries, const StationState& now) {
     for (const MenuEntry& entry : entries) {
         if (entry.separator()) continue;
-        if (entry.command != Command::None) entry.item(screen_).enabled = available(entry.command);
-        show_menu(entry.children);
+        if (entry.command != Command::None)
+            entry.item(screen_).enabled = available(entry.command, now);
+        show_menu(entry.children, now);
     }
 }
 

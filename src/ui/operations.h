@@ -23,13 +23,40 @@ struct AboutBox {
     std::string lblDLLVers;
 };
 
+class CsvDialog;
+class CsvProgress;
+class InterfaceSettingsDialog;
+class LogSetup;
+class SelectChannelsDialog;
+class StatusView;
+class Stream1View;
+class Stream2View;
+class Stream3View;
+class TxCommandDialog;
+
 // The windows that operations open. Each call returns when a modal window is closed, at once for a
-// view.
+// view. A surrounding without windows leaves out those that it has no use for.
 class Windows {
   public:
     virtual ~Windows() = default;
     virtual void show_about(const AboutBox& about) = 0;
+
+    // The stream views: opened, or brought to the front, on the pods that are selected now.
     virtual void show_stream0() = 0;
+    virtual void show_stream1(Stream1View&) {}
+    virtual void show_stream2(Stream2View&) {}
+    virtual void show_stream3(Stream3View&) {}
+
+    // Modal; loaded by the caller, closed when their rules say so.
+    virtual void show_interface_settings(InterfaceSettingsDialog&) {}
+    virtual void show_status(StatusView&) {}
+    virtual void show_tx_command(TxCommandDialog&) {}
+    virtual void show_select_channels(SelectChannelsDialog&) {}
+    virtual void show_log_setup(LogSetup&) {}
+    virtual void show_csv_conversion(CsvDialog&) {}
+
+    // The progress window of a conversion under way: opened, true, and closed; returns at once.
+    virtual void show_csv_progress(CsvProgress&, bool) {}
 };
 
 class Operations : public MainWindow {
@@ -67,6 +94,19 @@ class Operations : public MainWindow {
 
     // Shows the pods that a running log records in their logging pictures.
     void show_logged_pods();
+    void mnuOperate_Click();  // the menu is about to open
+
+    // Sends a command string to the selected pods. Nothing else that sends can be used meanwhile.
+    void send(std::string command_string);
+
+    // The same for any other work that talks to the pods.
+    void while_sending(const std::function<void()>& work);
+
+    // Whether such work is under way.
+    bool sending() const { return sending_ || with_.command_link.transmitting(); }
+
+    // Stream-0 results are awaited of the pods that got the last command string.
+    void mark_triggered();
 
     // Whether a command can be used now.
     bool available(Command command) const;
@@ -81,30 +121,33 @@ class Operations : public MainWindow {
     class Sending;
 
     void register_own_commands();
-    void send(std::string command_string);
     void trigger();
     void halt();
     void transmit_config();
     void delete_configurations();
     void default_cont_scan();
+    void clear_event_counter();
     void select_all();
     void show_screen(bool expanded);
     void toggle_stream3_auto_clear();
     void show_about();
     bool selection_locked();
     void set_selected(int pod, bool selected);
+    void configure();
+    void clear_errors();
     void clear_pod_error(int pod);
     bool confirmed(std::string_view text);
     StationState state() const;
     void show_availability();
-    void show_menu(std::span<const MenuEntry> entries);
+    bool available(Command command, const StationState& now) const;
+    void show_menu(std::span<const MenuEntry> entries, const StationState& now);
     template <class Action>
     void handler(std::string_view name, Action&& action);
 
     Surroundings with_;
     RunTime& run_time_;
     MainScreen& screen_;
-    std::array<std::function<void()>, static_cast<std::size_t>(Command::About) + 1> actions_;
+    std::array<std::function<void()>, static_cast<std::size_t>(LastCommand) + 1> actions_;
     bool config_commands_ = true;
     bool sending_ = false;
     bool sending_config_ = false;

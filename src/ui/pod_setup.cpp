@@ -45,6 +45,9 @@ void PodSetup::Form_Load(int pod) {
         copy = with_.configuration.ZavConfig;
         for (PodConfig& record : copy) restore_pairs(record);
         rules_.state = PodSetupState{};
+        closed_ = accepted_ = false;
+        undo_.clear();
+        redo_.clear();
         disable_everything();
         fill_selectors();
         rules_.state.pod_passed = pod == NoPod ? 0 : 1;
@@ -295,6 +298,8 @@ void PodSetup::cmdCopyChan_Click() {
         CopyChannel dialog(rules_.pod(), rules_.state.selected_channel, with_.dialogs,
                            with_.failures);
         run_dialog(dialog, &PodSetupWindows::show_copy_channel);
+        // The selected channel may be half of a pair no longer.
+        if (dialog.changed()) rules_.select_channel(rules_.state.selected_channel);
     });
 }
 

@@ -26,7 +26,7 @@ PodSetup::Step PodSetup::begin_step() {
 }
 
 void PodSetup::end_step(Step before) {
-    if (!changed_by_handler_) return;
+    if (!changed_by_handler_ || rules_.pod() == before.record) return;
     undo_.push_back(std::move(before));
     if (undo_.size() > MostSteps) undo_.pop_front();
     redo_.clear();

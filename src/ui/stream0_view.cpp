@@ -5,7 +5,7 @@
 
 #include "acquire/result_codes.h"
 #include "base/text.h"
-#include "model/catalogue.h"
+#include "ui/pod_rows.h"
 
 namespace kavorix {
 
@@ -24,21 +24,18 @@ int channels_shown(const PodStatus& status) {
 
 }  // namespace
 
-Stream0View::Stream0View(RunTime& run_time, const Configuration& configuration)
-    : run_time_(run_time), configuration_(configuration) {}
+Stream0View::Stream0View(RunTime& run_time, const Configuration& configuration,
+                         ChooseChannels choose)
+    : run_time_(run_time), configuration_(configuration), choose_(std::move(choose)) {}
 
 void Stream0View::load() {
-    pods_.clear();
-    screen.cboView.entries.clear();
+    pods_ = selected_pods(run_time_.Link);
+    screen.cboView.entries = pod_entries(pods_, run_time_.Status);
     screen.cboView.index = -1;
-    for (int pod = 0; pod < MaxZavs; ++pod) {
-        if (run_time_.Link.ZavSelected[at(pod)] != 1) continue;
-        pods_.push_back(static_cast<std::int16_t>(pod));
-        PodStatus& status = run_time_.Status[at(pod)];
-        screen.cboView.entries.push_back(
-            {two_digits(pod + 1) + " - " + std::string(status.type_code()), pod});
-        // The multi view starts with every channel of a pod for which none was chosen.
-        if (status.ViewChannel == ChannelFlags{}) status.ViewChannel.fill(1);
+    // The multi view starts with every channel of a pod for which none was chosen.
+    for (const std::int16_t pod : pods_) {
+        ChannelFlags& channels = run_time_.Status[at(pod)].ViewChannel;
+        if (channels == ChannelFlags{}) channels.fill(1);
     }
     if (!screen.cboView.select_code(run_time_.Poll.ViewedZav) && !pods_.empty()) {
         screen.cboView.index = 0;
@@ -73,6 +70,22 @@ void Stream0View::cmdMax_Click() {
     reset_peaks(true);
 }
 
+// The channels of the multi view, pod by pod or of all pods at once.
+void Stream0View::cmdSelChan_Click() {
+    if (!choose_) return;
+    ChannelChoice choice;
+    choice.prompt = "Select Channels of the Multi View:";
+    for (std::size_t i = 0; i < pods_.size(); ++i) {
+        const PodStatus& status = run_time_.Status[at(pods_[i])];
+        choice.sets.push_back(
+            {screen.cboView.entries[i].text, status.Channels, status.ViewChannel});
+    }
+    if (!choose_(choice)) return;
+    for (std::size_t i = 0; i < pods_.size(); ++i)
+        run_time_.Status[at(pods_[i])].ViewChannel = choice.sets[i].chosen;
+    rebuild();
+}
+
 void Stream0View::reset_peaks(bool maximum) {
     PodStatus& status = run_time_.Status[at(run_time_.Poll.ViewedZav)];
     (maximum ? status.PeakMax : status.PeakMin).fill(maximum ? NoPeakMax : NoPeakMin);
@@ -104,6 +117,7 @@ void Stream0View::rebuild() {
         shown(row) = current(row);
         return true;
     });
+    changed_.reserve(rows_.size());
     ++layout_;
 }
 
@@ -111,13 +125,11 @@ void Stream0View::show_heading() {
     const int pod = run_time_.Poll.ViewedZav;
     screen.lblZAV.caption = multi_view_ ? " Multi View:" : "Viewing ZAV:";
     screen.lblNum.caption = multi_view_ ? "ON" : two_digits(pod + 1);
-    const std::string_view code = run_time_.Status[at(pod)].type_code();
-    const PodTypeRow& type = pod_type(GetZAVTypeCode(code));
-    screen.lblType1.caption =
-        multi_view_ ? "" : std::string(type.type == NoDevice ? code : type.description);
+    screen.lblType1.caption = multi_view_ ? "" : type_name(run_time_.Status[at(pod)]);
     screen.cmdToggle.caption = multi_view_ ? "&Single View <--" : "--> &Multi View";
     screen.cmdToggle.tool_tip = multi_view_ ? "Show one pod" : "Show all selected pods";
     screen.cboView.enabled = !multi_view_;
+    screen.cmdSelChan.enabled = choose_ && multi_view_ && !pods_.empty();
     headings_ = {
         multi_view_ ? "ZAV  Chan" : "Chan", "Value", "Label", "Unit", "Peak Min", "Peak Max"};
 }
@@ -166,7 +178,10 @@ void Stream0View::refresh() {
 
 std::vector<int> Stream0View::take_changed_rows() {
     for (const int row : changed_) rows_[at(row)].changed = false;
-    return std::exchange(changed_, {});
+    // A copy: the list keeps its room for the next refresh.
+    std::vector<int> taken = changed_;
+    changed_.clear();
+    return taken;
 }
 
 GridCell Stream0View::cell(int row_index, int column) const {

@@ -10,6 +10,7 @@
 #include "model/runtime.h"
 #include "platform/controls.h"
 #include "platform/grid_source.h"
+#include "ui/select_channels.h"
 
 namespace kavorix {
 
@@ -20,7 +21,7 @@ struct Stream0Screen {
     Button cmdToggle;
     Button cmdMin{"Reset Mi&n", "Start the peak minimum anew"};
     Button cmdMax{"Reset Ma&x", "Start the peak maximum anew"};
-    Button cmdSelChan{"Select &Channels...", "Choose the channels of the multi view", false};
+    Button cmdSelChan{"Select &Channels...", "Choose the channels of the multi view"};
     Button cmdExit{"E&xit", "Close this view"};
     Label lblZAV;
     Label lblNum;
@@ -47,7 +48,8 @@ struct Stream0Screen {
 // was opened.
 class Stream0View : public GridSource {
   public:
-    Stream0View(RunTime& run_time, const Configuration& configuration);
+    // Without `choose` the channels of the multi view cannot be chosen.
+    Stream0View(RunTime& run_time, const Configuration& configuration, ChooseChannels choose = {});
 
     Stream0Screen screen;
 
@@ -60,6 +62,7 @@ class Stream0View : public GridSource {
     void cmdToggle_Click();
     void cmdMin_Click();
     void cmdMax_Click();
+    void cmdSelChan_Click();
 
     bool multi_view() const { return multi_view_; }
 
@@ -103,6 +106,7 @@ class Stream0View : public GridSource {
 
     RunTime& run_time_;
     const Configuration& configuration_;
+    ChooseChannels choose_;
     bool multi_view_ = false;
     std::vector<std::int16_t> pods_;  // pods of the list
     std::vector<Row> rows_;

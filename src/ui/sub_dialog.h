@@ -16,7 +16,11 @@ class SubDialog {
 
     void cmdCancel_Click() { closed_ = true; }
 
+    SubDialog(const SubDialog&) = delete;
+    SubDialog& operator=(const SubDialog&) = delete;
+
   protected:
+    SubDialog() = default;
     ~SubDialog() = default;
 
     void close() { closed_ = true; }

@@ -72,8 +72,10 @@ TEST(Dates, AddMillisecondsCarriesThroughEveryField) {
         {{2026, 1, 5, 0, 0, 0, 0}, -86400000, {2026, 1, 4, 0, 0, 0, 0}},
         {{2026, 1, 5, 12, 30, 0, 500}, 400LL * 86400000 + 1, {2027, 2, 9, 12, 30, 0, 501}},
     };
-    for (const auto& row : rows)
+    for (const auto& row : rows) {
         EXPECT_EQ(add_milliseconds(row.from, row.milliseconds), row.to) << row.milliseconds;
+        EXPECT_EQ(milliseconds_between(row.from, row.to), row.milliseconds);
+    }
 }
 
 }  // namespace

@@ -182,6 +182,15 @@ TEST(RoundedText, TakesHalvesAwayFromZero) {
     for (const auto& row : rows) EXPECT_EQ(rounded_text(row.value), row.text) << row.value;
 }
 
+TEST(Shortest, GivesTheSameDoubleAgain) {
+    const struct {
+        double value;
+        const char* text;
+    } rows[] = {{2, "2"},        {0.1, "0.1"},        {-1234567.89, "-1234567.89"},
+                {1E20, "1e+20"}, {NotANumber, "NaN"}, {-Infinity, "-Inf"}};
+    for (const auto& row : rows) EXPECT_EQ(shortest(row.value), row.text);
+}
+
 struct FixedRow {
     double value;
     int decimals;

@@ -205,6 +205,22 @@ TEST_F(CommandLinkTest, RequestsAreBookedPerPodAndForTheFirst) {
     EXPECT_EQ(state().RequestCount, 2);
 }
 
+TEST_F(CommandLinkTest, RequestedChannelsArePendingAndOlderAnswersForgotten) {
+    select({5});
+    driver.pod(5).tx_status = 1;
+    run_time.Poll.RequestKinds[2] = "01";
+    run_time.Poll.RequestKinds[49] = "0";
+    send("EV1;");
+    EXPECT_EQ(run_time.Poll.RequestKinds[2], "01");
+    send("ME05;IN32;ME0;ME33;");
+    ChannelFlags expected{};
+    expected[4] = expected[31] = 1;
+    EXPECT_EQ(status(3).SinglePending, expected);
+    EXPECT_EQ(status(5).SinglePending, ChannelFlags{});  // did not get it
+    EXPECT_EQ(run_time.Poll.RequestKinds[2], "");
+    EXPECT_EQ(run_time.Poll.RequestKinds[49], "");
+}
+
 TEST_F(CommandLinkTest, ARequestThatWasNotSentIsNotBooked) {
     select({5});
     driver.pod(3).tx_status = 1;

@@ -5,6 +5,7 @@
 // start-up leaves. Main-window calls and what the poll cycle hands on are recorded.
 
 #include <algorithm>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -55,7 +56,11 @@ class RecordingMainWindow : public MainWindow {
 class RecordingConsumers : public PollConsumers {
   public:
     void refresh_stream0() override { note("stream0"); }
-    void refresh_stream1() override { note("stream1"); }
+    void refresh_stream1() override {
+        note("stream1");
+        if (at_stream1) at_stream1();
+    }
+    void refresh_stream3() override { note("stream3"); }
     void show_events() override { note("events"); }
     void Write_Log_File(std::int16_t kind, std::int16_t, std::int32_t time) override {
         ++(kind == 0 ? scan_records : event_records);
@@ -69,6 +74,7 @@ class RecordingConsumers : public PollConsumers {
     }
 
     Lines calls;
+    std::function<void()> at_stream1;  // lever: what the stream-1 view does
     bool graph = false;
     bool counting = false;
     long long scan_records = 0;

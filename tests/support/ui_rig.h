@@ -10,6 +10,7 @@
 #include "link/program_exit.h"
 #include "support/rig.h"
 #include "ui/operations.h"
+#include "ui/select_channels.h"
 
 namespace kavorix::test {
 
@@ -17,6 +18,12 @@ class RecordingWindows : public Windows {
   public:
     void show_about(const AboutBox& about) override { abouts.push_back(about); }
     void show_stream0() override { ++stream0_shown; }
+    void show_select_channels(SelectChannelsDialog& dialog) override { at_select(dialog); }
+
+    // Lever: what the operator does in the channel selection.
+    std::function<void(SelectChannelsDialog&)> at_select = [](SelectChannelsDialog& dialog) {
+        dialog.cmdCancel_Click();
+    };
 
     std::vector<AboutBox> abouts;
     int stream0_shown = 0;

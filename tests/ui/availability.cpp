@@ -24,13 +24,21 @@ std::string name_of(Command command, std::span<const MenuEntry> entries = menu_b
 
 std::string names(const Commands& commands) {
     std::string text;
-    for (const Command command : commands) text += name_of(command) + " ";
+    for (const Command command : commands) {
+        text += name_of(command) + " ";
+        for (const ButtonEntry& button : buttons())
+            if (button.command == command) text += std::string(button.name) + " ";
+    }
     return text;
+}
+
+bool view_menu_available(const StationState& state) {
+    return all_hold(menu_needs("mnuView"), state);
 }
 
 Commands available_in(const StationState& state) {
     Commands commands;
-    for (int i = 0; i <= static_cast<int>(About); ++i)
+    for (int i = 0; i <= static_cast<int>(LastCommand); ++i)
         if (is_available(static_cast<Command>(i), state)) commands.insert(static_cast<Command>(i));
     return commands;
 }
@@ -44,9 +52,9 @@ const Commands Always = {Exit, About};
 const Commands Files = {OpenFile, Save, SaveAs};
 const Commands Utilities = {ConvertLogFile, PrinterSetup};
 const Commands Setups = {InterfaceCard, ZavSetup};
-const Commands PodConfiguration = {TransmitConfig, Delete, DefaultContScan};
-const Commands Options = {DefaultScreen, ExpandScreen, SelectAll, Stream3AutoClear,
-                          TransmitReminder};
+const Commands PodConfiguration = {TransmitConfig, Delete, DefaultContScan, Configure};
+const Commands Options = {DefaultScreen,    ExpandScreen,  SelectAll,  Stream3AutoClear,
+                          TransmitReminder, DefaultExpand, ClearErrors};
 const Commands LogSetups = {SetupScanLog, SetupEventLog};
 const Commands Sending = {Trigger, Halt, TxCommand};
 const Commands Events = {ClearEventCounter, EventCaptureOn, EventCaptureOff};
@@ -99,17 +107,13 @@ TEST(Availability, EveryStateHasItsCommands) {
         {"both logs set up", [](StationState& s) { s.scan_file = s.event_file = true; },
          WithPod + Commands{StartScanLog, StartEventLog, StartBothLogs}, true},
         {"the scan log runs",
-         [](StationState& s) {
-             s.scan_file = s.event_file = s.scan_logging = true;
-             s.config_commands = false;
-         },
+         [](StationState& s) { s.scan_file = s.event_file = s.scan_logging = true; },
          without(WithPod, Files + Utilities + Setups + PodConfiguration + Commands{SetupScanLog}) +
              Commands{StartEventLog, StopScanLog},
          true},
         {"both logs run",
          [](StationState& s) {
              s.scan_file = s.event_file = s.scan_logging = s.event_logging = true;
-             s.config_commands = false;
          },
          without(WithPod, Files + Utilities + Setups + PodConfiguration + LogSetups) +
              Commands{StopScanLog, StopEventLog, StopBothLogs},
@@ -159,6 +163,8 @@ TEST(Availability, HoldsItsPromisesInEveryState) {
         ASSERT_FALSE(s.sending && some_of(Sending + Events + PodConfiguration + Setups + Files));
         ASSERT_FALSE(!s.config_commands && some_of(PodConfiguration + Files + Utilities));
         ASSERT_FALSE(!s.config_commands && s.operations && some_of(Setups));
+        ASSERT_FALSE(s.operations && (s.scan_logging || s.event_logging) &&
+                     some_of(PodConfiguration + Files + Utilities + Setups));
         ASSERT_FALSE(s.pods_selected < 1 && some_of(Sending + Events + Views));
         ASSERT_FALSE(!s.selection() && some_of(PodConfiguration + Commands{ViewStatus}));
         ASSERT_FALSE(!s.operations &&
@@ -207,7 +213,7 @@ TEST(StationStateOf, TheTypesOfTheSelectedPodsDecideAboutEvents) {
 
 TEST(AvailabilityOnScreen, ButtonsAndMenuItemsShowTheSameTable) {
     test::UiRig rig;
-    for (int i = 1; i <= static_cast<int>(About); ++i)
+    for (int i = 1; i <= static_cast<int>(LastCommand); ++i)
         rig.operations.on(static_cast<Command>(i), [] {});
     rig.station({{3, "8RCN 0F 1.00"}});
     const auto check = [&](const char* what) {
@@ -226,10 +232,9 @@ TEST(AvailabilityOnScreen, ButtonsAndMenuItemsShowTheSameTable) {
             };
         compare(menu_bar());
         const MainScreen& screen = rig.screen;
-        EXPECT_EQ(screen.cmdTrig.enabled, screen.mnuOperateItem[0].enabled);
-        EXPECT_EQ(screen.cmdHalt.enabled, screen.mnuOperateItem[1].enabled);
-        EXPECT_EQ(screen.cmdTransmit.enabled, screen.mnuConfigItem[7].enabled);
-        EXPECT_EQ(screen.cmdSelectAll.enabled, screen.mnuOptionsItem[3].enabled);
+        for (const ButtonEntry& entry : buttons())
+            EXPECT_EQ((screen.*entry.button).enabled, rig.operations.available(entry.command))
+                << entry.name;
     };
     check("nothing selected");
     EXPECT_FALSE(rig.screen.cmdTrig.enabled);
@@ -267,11 +272,11 @@ TEST(AvailabilityOnScreen, CheckItemsGivesTheConfigurationBackOnlyWhenNothingRun
 
 TEST(AvailabilityOnScreen, WithoutACardOnlyTheInterfaceCanBeSet) {
     test::UiRig rig;
-    for (int i = 1; i <= static_cast<int>(About); ++i)
+    for (int i = 1; i <= static_cast<int>(LastCommand); ++i)
         rig.operations.on(static_cast<Command>(i), [] {});
     rig.discovery.Form_Load(rig.files, "/station/KAVORIX.INI");
     Commands commands;
-    for (int i = 0; i <= static_cast<int>(About); ++i)
+    for (int i = 0; i <= static_cast<int>(LastCommand); ++i)
         if (rig.operations.available(static_cast<Command>(i)))
             commands.insert(static_cast<Command>(i));
     EXPECT_EQ(names(commands), names(Commands{InterfaceCard, Exit, About}));

@@ -183,6 +183,7 @@ TEST_F(PodSetupTest, ListsStoreCodesOrPositions) {
     form.cboIntegration.index = 5;
     dialog.cboIntegration_Click();
     EXPECT_EQ(edited().Integration, 5);
+    dialogs.answer(Answer::Yes);
     choose_mode(21);
     form.cboRange.index = 1;
     dialog.cboRange_Click();
@@ -362,8 +363,8 @@ TEST_F(ClosingTest, TheCommandNeedsAtMostOneSelectedPod) {
 TEST_F(PodSetupTest, ChangesAreTakenBackAndMadeAgain) {
     open(Type7V, 1);
     const PodConfig start = edited();
-    set_channel(3, 20);
     dialogs.answer(Answer::Yes);
+    set_channel(3, 20);
     choose_mode(10);
     choose_type(Type8R);
     dialogs.take_boxes();

@@ -30,6 +30,7 @@ GridView::GridView(QWidget* parent) : QTableView(parent) {
     setShowGrid(false);
     verticalHeader()->hide();
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    verticalHeader()->setMinimumSectionSize(16);
     verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 9);
     horizontalHeader()->setHighlightSections(false);
     horizontalHeader()->setStretchLastSection(true);

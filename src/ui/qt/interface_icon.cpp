@@ -41,8 +41,13 @@ void InterfaceIcon::paintEvent(QPaintEvent*) {
     painter.setPen(QPen(hasFocus() ? signal.selected : signal.line, hasFocus() ? 1.6 : 1));
     painter.setBrush(ground);
     painter.drawRoundedRect(frame, 6, 6);
-    if (shown_.visible)
+    if (shown_.visible) {
         paint_picture(painter, frame.adjusted(4, 4, -4, -4), shown_.picture, palette());
+        return;
+    }
+    painter.setPen(QPen(signal.line, 1, Qt::DotLine));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(frame.adjusted(14, 13, -14, -13), 3, 3);
 }
 
 }  // namespace kavorix

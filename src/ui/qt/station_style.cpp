@@ -34,6 +34,12 @@ QSize StationStyle::sizeFromContents(ContentsType type, const QStyleOption* opti
     }
 }
 
+int StationStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                            QStyleHintReturn* result) const {
+    if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 0;
+    return QProxyStyle::styleHint(hint, option, widget, result);
+}
+
 QIcon StationStyle::standardIcon(StandardPixmap picture, const QStyleOption* option,
                                  const QWidget* widget) const {
     switch (picture) {

@@ -1,0 +1,64 @@
+#pragma once
+
+// What the stream views have in common: the pods they show and the rows that changed.
+
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "base/text.h"
+#include "model/catalogue.h"
+#include "model/runtime.h"
+#include "platform/controls.h"
+
+namespace kavorix {
+
+// The pods (indices 0..49) that the operator has selected.
+inline std::vector<std::int16_t> selected_pods(const LinkState& link) {
+    std::vector<std::int16_t> pods;
+    for (std::int16_t pod = 0; pod < MaxZavs; ++pod)
+        if (link.ZavSelected[at(pod)] == 1) pods.push_back(pod);
+    return pods;
+}
+
+// A list of pods to choose from: "03 - 7V", the code being the pod's index.
+inline std::vector<ListEntry> pod_entries(const std::vector<std::int16_t>& pods,
+                                          const PodStatuses& status) {
+    std::vector<ListEntry> entries;
+    for (const std::int16_t pod : pods)
+        entries.push_back(
+            {two_digits(pod + 1) + " - " + std::string(status[at(pod)].type_code()), pod});
+    return entries;
+}
+
+// The name of a pod's type; the type code as received when it is none that is known.
+inline std::string type_name(const PodStatus& status) {
+    const PodTypeRow& type = pod_type(GetZAVTypeCode(status.type_code()));
+    return std::string(type.type == NoDevice ? status.type_code() : type.description);
+}
+
+// Rows of a table that have changed since they were last taken, each once.
+class ChangedRows {
+  public:
+    // The table has this many rows, none of them changed.
+    void start(std::size_t rows) {
+        marked_.assign(rows, false);
+        rows_.clear();
+    }
+    void add(std::size_t row) {
+        if (marked_[row]) return;
+        marked_[row] = true;
+        rows_.push_back(static_cast<int>(row));
+    }
+    std::vector<int> take() {
+        for (const int row : rows_) marked_[at(row)] = false;
+        return std::exchange(rows_, {});
+    }
+
+  private:
+    std::vector<bool> marked_;
+    std::vector<int> rows_;
+};
+
+}  // namespace kavorix

@@ -1,0 +1,77 @@
+#pragma once
+
+// The typed command `frmTxCmd`: sends a command string that the operator types.
+
+#include <deque>
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "platform/controls.h"
+#include "ui/operations.h"
+
+namespace kavorix {
+
+// The commands that were typed, for calling them up again.
+class CommandHistory {
+  public:
+    static constexpr std::size_t MostEntries = 100;
+
+    // Puts a command at the end, unless it stands there already, and leaves the entries for the
+    // empty line behind it.
+    void add(const std::string& command);
+
+    // One entry back or forward from the one shown last; behind the newest comes the line that was
+    // left for the entries. `line` is what the field shows now.
+    std::string older(const std::string& line);
+    std::string newer(const std::string& line);
+
+  private:
+    std::deque<std::string> entries_;  // oldest first
+    std::size_t position_ = 0;         // of the entry shown; entries_.size(): none
+    std::string line_;                 // what was left for the entries
+};
+
+struct TxCommandScreen {
+    std::string caption = "Tx Command";
+    Label lblTxCmd{"&Command string for the selected ZAV(s):"};
+    TextField txtTxCmd;
+    Button cmdSend{"&Send", "Send the command string to the selected pods"};
+    Button cmdCancel{"Cancel", "Close this window"};
+
+    template <class Visit>
+    void each(Visit&& visit) {
+        visit("lblTxCmd", lblTxCmd);
+        visit("txtTxCmd", txtTxCmd);
+        visit("cmdSend", cmdSend);
+        visit("cmdCancel", cmdCancel);
+    }
+};
+
+class TxCommandDialog {
+  public:
+    // `sent` is told every command string that went out. All of it outlives the dialog.
+    TxCommandDialog(const CommandLink::Surroundings& surroundings, const CommandLink& command_link,
+                    Operations& operations, CommandHistory& history,
+                    std::function<void(std::string_view)> sent);
+
+    TxCommandScreen screen;
+
+    void txtTxCmd_Change();  // typed characters become upper case
+    void history_older();    // the arrow keys up and down
+    void history_newer();
+    void cmdSend_Click();  // also the Enter key
+    void cmdCancel_Click() { closed_ = true; }
+
+    bool closed() const { return closed_; }
+
+  private:
+    CommandLink::Surroundings with_;
+    const CommandLink& command_link_;
+    Operations& operations_;
+    CommandHistory& history_;
+    std::function<void(std::string_view)> sent_;
+    bool closed_ = false;
+};
+
+}  // namespace kavorix
