@@ -14,7 +14,7 @@
 #include <memory>
 #include <thread>
 
-#include "logging/csv_converter.h"
+#include "logging/csv_file.h"
 #include "support/sample_logs.h"
 #include "support/temporary_directory.h"
 
@@ -64,15 +64,13 @@ class NoWatcher : public CsvWatcher {
 
 CsvResult convert(const std::string& log, const std::string& csv, int helpers) {
     Files& files = samples().files();
-    const auto in = files.open(log, OpenMode::Read);
     CsvPlan plan;
     plan.CsvPath = csv;
-    plan.Pods = read_log_contents(*in).Pods;
+    plan.Pods = read_log_contents(*files.open(log, OpenMode::Read)).Pods;
     plan.Selection = select_all(plan.Pods);
     plan.Helpers = helpers;
-    const auto out = files.open(csv, OpenMode::Create);
     NoWatcher watcher;
-    return CsvConverter(*in, *out, plan, watcher).convert();
+    return write_csv_file(files, log, plan, watcher);
 }
 
 std::string Samples::table() {

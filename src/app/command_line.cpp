@@ -50,9 +50,12 @@ int run_command_line(int argc, const char* const* argv, const ProgramSurrounding
     add_watch(line);
     add_log(line);
     add_status(line);
+    add_convert(line);
+    add_info(line);
     add_check(line);
     add_statements(line);
     add_rewrite(line);
+    add_verify(line);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

@@ -39,9 +39,12 @@ void add_discover(const CommandLine& line);
 void add_watch(const CommandLine& line);
 void add_log(const CommandLine& line);
 void add_status(const CommandLine& line);
+void add_convert(const CommandLine& line);
+void add_info(const CommandLine& line);
 void add_check(const CommandLine& line);
 void add_statements(const CommandLine& line);
 void add_rewrite(const CommandLine& line);
+void add_verify(const CommandLine& line);
 
 // Runs the program: without a command the main window, everything else in the terminal. Usage
 // errors, unusable input and failures become messages and an exit code.

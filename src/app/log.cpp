@@ -46,18 +46,21 @@ class UnattendedRun {
         if (options_.scans == options_.events)
             throw UnusableInput{"Scans and events cannot go to the same file"};
         if (!terminal_.start()) return ExitFailed;
-        set_up_logs(start_measurement(terminal_, options_.measurement));
+        pods_ = start_measurement(terminal_, options_.measurement);
+        set_up_logs();
         terminal_.station.on_poll([this] { look_for_signals(); });
+        const auto pods = terminal_.station.run_time.Link.PollTable.NumInPoll;
         start();
         loop_.call_later(duration, [this] { interrupted_ = true; });
         loop_.wait_until([this] { return interrupted_ || !polled(); });
-        const bool lost = !polled();
+        // A channel in error is a reading like any other; a pod that fell silent is not.
+        const bool lost = terminal_.station.run_time.Link.PollTable.NumInPoll < pods;
         stop();
-        return lost || errors() > 0 ? ExitFailed : ExitDone;
+        return lost ? ExitFailed : ExitDone;
     }
 
   private:
-    void set_up_logs(const std::vector<int>& pods) {
+    void set_up_logs() {
         Station& station = terminal_.station;
         LogState& log = station.run_time.Log;
         const auto comment = from_utf8(options_.comment);
@@ -67,7 +70,7 @@ class UnattendedRun {
         log.ScanComment = *comment;
         log.EventComment = *comment;
         log.ScanIntervalChoice = interval_ms(station.configuration.Interface.PollRate);
-        for (const int pod : pods) {
+        for (const int pod : pods_) {
             station.run_time.Status[at(pod)].LogScan = options_.scans.empty() ? 0 : 1;
             station.run_time.Status[at(pod)].LogEvents = options_.events.empty() ? 0 : 1;
         }
@@ -87,9 +90,21 @@ class UnattendedRun {
         operations.CheckItems();
         if (!options_.events.empty()) {
             operations.run(Command::StartEventLog);
-            operations.run(Command::EventCaptureOn);
+            capture_events();
         }
         if (!options_.scans.empty()) operations.run(Command::StartScanLog);
+    }
+
+    // The digital pods among those measured report their events; the others know no such command.
+    void capture_events() {
+        Station& station = terminal_.station;
+        std::vector<int> digital;
+        for (const int pod : pods_)
+            if (station.run_time.Status[at(pod)].type_code().starts_with('8'))
+                digital.push_back(pod);
+        station.select_pods(digital);
+        station.operations.run(Command::EventCaptureOn);
+        station.select_pods(pods_);
     }
 
     void stop() {
@@ -119,6 +134,7 @@ class UnattendedRun {
     bool fast_;
     EventLoop& loop_;
     TerminalStation terminal_;
+    std::vector<int> pods_;
 };
 
 }  // namespace

@@ -8,8 +8,6 @@
 
 namespace kavorix {
 
-namespace {
-
 void load_configuration_file(TerminalStation& terminal, const std::string& path) {
     Station& station = terminal.station;
     std::string text;
@@ -38,8 +36,6 @@ std::vector<int> configured_pods(const Station& station) {
         if (station.configuration.ZavConfig[at(pod)].TypeCode != NoDevice) pods.push_back(pod);
     return pods;
 }
-
-}  // namespace
 
 std::vector<int> start_measurement(TerminalStation& terminal, const MeasurementOptions& options) {
     Station& station = terminal.station;

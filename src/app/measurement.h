@@ -19,6 +19,13 @@ struct MeasurementOptions {
 // reading of it. Throws UnusableInput when the file cannot be loaded or a pod does not answer.
 std::vector<int> start_measurement(TerminalStation& terminal, const MeasurementOptions& options);
 
+// Loads a file into the station's configuration, checked against its pods. Throws UnusableInput
+// with every problem.
+void load_configuration_file(TerminalStation& terminal, const std::string& path);
+
+// The pods (indices) that the configuration gives a type.
+std::vector<int> configured_pods(const Station& station);
+
 // A duration option; 0 for an empty text. Throws UnusableInput when it is no duration.
 int duration_ms(const std::string& text);
 

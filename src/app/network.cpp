@@ -2,12 +2,18 @@
 
 #include <system_error>
 
+#include "platform/driver_library.h"
 #include "sim/network.h"
 #include "sim/scenario_file.h"
 
 namespace kavorix {
 
 std::unique_ptr<Driver> make_driver(const CommonOptions& options, Files& files, EventLoop& loop) {
+    if (!options.driver.empty()) {
+        LoadedDriver loaded = load_driver_library(options.driver);
+        if (!loaded.driver) throw UnusableInput{loaded.error};
+        return std::move(loaded.driver);
+    }
     if (options.network.empty()) return std::make_unique<sim::Network>(sim::demo_scenario(), loop);
     std::string text;
     try {

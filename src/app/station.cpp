@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "logging/csv_dialog.h"
+#include "logging/log_setup.h"
 #include "ui/interface_settings.h"
 
 namespace kavorix {
@@ -45,12 +47,33 @@ Station::Station(const Surroundings& surroundings)
 }
 
 void Station::register_log_commands() {
+    operations.on(Command::SetupScanLog, [this] { set_up_log(ScanLog); });
+    operations.on(Command::SetupEventLog, [this] { set_up_log(EventLog); });
+    operations.on(Command::ConvertLogFile, [this] { convert_log(); });
     operations.on(Command::StartScanLog, [this] { start_logs(true, false); });
     operations.on(Command::StartEventLog, [this] { start_logs(false, true); });
     operations.on(Command::StartBothLogs, [this] { start_logs(true, true); });
     operations.on(Command::StopScanLog, [this] { stop_logs(true, false); });
     operations.on(Command::StopEventLog, [this] { stop_logs(false, true); });
     operations.on(Command::StopBothLogs, [this] { stop_logs(true, true); });
+}
+
+void Station::set_up_log(std::int16_t kind) {
+    LogSetup rules({run_time.Log, run_time.Status, run_time.Link, configuration.Interface,
+                    with_.dialogs, failures_},
+                   kind);
+    rules.Form_Load();
+    with_.windows.show_log_setup(rules);
+    operations.CheckItems();
+}
+
+void Station::convert_log() {
+    CsvProgress* progress = nullptr;
+    CsvDialog rules({with_.files, with_.loop, with_.dialogs, failures_,
+                     [&](bool open) { with_.windows.show_csv_progress(*progress, open); }});
+    progress = &rules.progress_window;
+    rules.Form_Load();
+    with_.windows.show_csv_conversion(rules);
 }
 
 void Station::start_logs(bool scans, bool events) {

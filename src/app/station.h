@@ -97,6 +97,8 @@ class Station : private PollConsumers {
   private:
     void register_file_commands();
     void register_log_commands();
+    void set_up_log(std::int16_t kind);
+    void convert_log();
     void start_logs(bool scans, bool events);
     void stop_logs(bool scans, bool events);
     void register_link_commands();

@@ -53,6 +53,7 @@ class TerminalStation {
     bool start();
 
     Files& files() { return *files_; }
+    const Driver& driver() const { return *driver_; }
 
     // The pods (indices) of the poll table that are asked for; all of them for an empty list.
     // Throws UnusableInput when one that is asked for does not answer.

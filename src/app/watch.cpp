@@ -26,14 +26,16 @@ class Watch {
         const int duration = duration_ms(options_.duration);
         if (!terminal_.start()) return ExitFailed;
         Station& station = terminal_.station;
+        // A channel in error is a reading like any other; a pod that falls silent is not.
+        const auto found = station.run_time.Link.PollTable.NumInPoll;
         pods_ = start_measurement(terminal_, options_.measurement);
         station.on_poll([this] { print(); });
         if (duration > 0) loop_->call_later(duration, [this] { interrupted_ = true; });
         loop_->wait_until([this] { return interrupted_ || !polled(); });
-        const bool lost = !polled();
+        const bool lost = terminal_.station.run_time.Link.PollTable.NumInPoll < found;
         station.on_poll({});
         station.operations.run(Command::Halt);
-        return lost || station.run_time.Link.SessionErrorCount > 0 ? ExitFailed : ExitDone;
+        return lost ? ExitFailed : ExitDone;
     }
 
   private:

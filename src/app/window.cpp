@@ -1,6 +1,9 @@
 #include "app/window.h"
 
 #include <QApplication>
+#include <QEvent>
+#include <QTimer>
+#include <utility>
 
 #include "app/network.h"
 #include "app/station.h"
@@ -20,6 +23,23 @@ namespace {
 QString memory_path(const std::string& directory) {
     return QString::fromLocal8Bit(join_path(directory, "windows.ini"));
 }
+
+// Tells once that the window it watches has been painted.
+class FirstPaint : public QObject {
+  public:
+    explicit FirstPaint(const StartWatcher& reached) : reached_(reached) {}
+
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Paint && !std::exchange(painted_, true))
+            // Behind the events that the painting itself consists of.
+            QTimer::singleShot(0, this, [this] { reached_("painted"); });
+        return false;
+    }
+
+  private:
+    const StartWatcher& reached_;
+    bool painted_ = false;
+};
 
 // Everything between the toolkit and the records, in the order in which it has to come and go.
 class WindowStation {
@@ -44,8 +64,11 @@ class WindowStation {
         station_.set_up_pods_in(pod_setup_windows_);
     }
 
-    int run() {
+    int run(const StartWatcher& reached) {
+        FirstPaint first_paint(reached);
+        window_.installEventFilter(&first_paint);
         window_.show();
+        reached("window");
         loop_.call_later(0, [this] { station_.start(); });
         try {
             loop_.run();
@@ -72,7 +95,7 @@ class WindowStation {
 
 }  // namespace
 
-int run_window(const CommonOptions& options, int argc, char** argv) {
+int run_window(const CommonOptions& options, int argc, char** argv, const StartWatcher& reached) {
     QApplication application(argc, argv);
     QApplication::setApplicationName("kavorix");
     QApplication::setApplicationVersion(
@@ -83,7 +106,10 @@ int run_window(const CommonOptions& options, int argc, char** argv) {
     apply_theme(application, options.theme == "dark"    ? Theme::Dark
                              : options.theme == "light" ? Theme::Light
                                                         : Theme::System);
-    return WindowStation(options).run();
+    reached("toolkit");
+    WindowStation station(options);
+    reached("station");
+    return station.run(reached);
 }
 
 }  // namespace kavorix

@@ -25,7 +25,7 @@ double trend_interval_s(const GraphSettings& settings) {
 LiveGraph::LiveGraph(const Surroundings& surroundings) : with_(surroundings) {}
 
 LiveGraph::~LiveGraph() {
-    if (exists()) close();
+    if (exists()) free_graph();
     with_.plot.WRCleanup();
 }
 
@@ -156,18 +156,18 @@ bool LiveGraph::unload_request() {
             with_.dialogs.Msg_Box("All Data will be Lost. Are you Sure you want to Exit?",
                                   box::OkCancel + box::Question, ProgramName) != Answer::Ok)
             return false;
-        if (exists()) close();
+        if (exists()) free_graph();
+        with_.window.close_graph();
         with_.main_window.CheckItems();
         return true;
     });
 }
 
-void LiveGraph::close() {
+void LiveGraph::free_graph() {
     with_.graph.TrendRunning = 0;
     with_.plot.WRDeleteRTGraph(graph_);
     with_.plot.WRFreeDynDataSet(data_set_);
     page_ = graph_ = data_set_ = NoPlotHandle;
-    with_.window.close_graph();
 }
 
 void LiveGraph::print() {

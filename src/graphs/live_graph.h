@@ -36,7 +36,7 @@ class GraphWindow {
 
 class LiveGraph {
   public:
-    // All of it outlives the graph.
+    // All of it but the window outlives the graph.
     struct Surroundings {
         GraphState& graph;
         const PodStatuses& status;
@@ -50,7 +50,7 @@ class LiveGraph {
     };
     explicit LiveGraph(const Surroundings& surroundings);
 
-    // Closes the graph and cleans the drawing layer up.
+    // Frees the graph and cleans the drawing layer up; the window may be gone by then.
     ~LiveGraph();
     LiveGraph(const LiveGraph&) = delete;
     LiveGraph& operator=(const LiveGraph&) = delete;
@@ -86,7 +86,7 @@ class LiveGraph {
     void DrawP1G2();
     void draw_axes_and_titles(const PlotBox& area, double x_maximum);
     void set_colours();
-    void close();
+    void free_graph();
 
     Surroundings with_;
     std::vector<GraphedChannel> channels_;

@@ -1,6 +1,8 @@
 #include "logging/csv_converter.h"
 
+#include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "base/text.h"
 
@@ -10,6 +12,9 @@ namespace {
 
 // Records of about this size are formatted together.
 constexpr std::size_t ChunkSize = 128 * 1024;
+
+// The watcher looks on at least every so many bytes of the log.
+constexpr std::uint64_t WatchDistance = 1024 * 1024;
 
 // A single that stands for a decimal number without sign of up to nine digits.
 std::optional<std::int32_t> decimal(float value) {
@@ -27,13 +32,14 @@ std::array<char, 8> scan_date(const WallTime& date) {
 
 }  // namespace
 
-CsvConverter::CsvConverter(File& log, File& csv, const CsvPlan& plan, CsvWatcher& watcher)
+CsvConverter::CsvConverter(File& log, std::function<void(std::string_view)> write,
+                           const CsvPlan& plan, CsvWatcher& watcher)
     : plan_(plan),
       columns_(csv_columns(plan.Pods, plan.Selection)),
       watcher_(watcher),
       reader_(log, plan.BufferSize),
       length_(log.size()),
-      pool_(plan.Helpers, [&csv](std::string_view text) { csv.write(text); }),
+      pool_(plan.Helpers, std::move(write)),
       chunk_(pool_.take()) {}
 
 CsvResult CsvConverter::convert() {
@@ -162,7 +168,9 @@ void CsvConverter::hand_on() {
 bool CsvConverter::watch() {
     const std::uint64_t position = std::min(reader_.position(), length_);
     const int percent = length_ == 0 ? 100 : static_cast<int>(position * 100 / length_);
-    if (percent <= percent_ && chunk_->size() < ChunkSize) return true;
+    if (percent <= percent_ && chunk_->size() < ChunkSize && position - watched_ < WatchDistance)
+        return true;
+    watched_ = position;
     hand_on();
     if (!watcher_.go_on()) return false;
     if (percent > percent_) watcher_.progress(percent_ = percent);

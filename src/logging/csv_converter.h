@@ -4,8 +4,10 @@
 // log is.
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "base/dates.h"
 #include "logging/csv_columns.h"
@@ -30,8 +32,8 @@ class CsvWatcher {
     // Whole percent of the log that is read; 0 at first, then each time it has risen.
     virtual void progress(int percent) = 0;
 
-    // Asked between records, at least at every new percent: lets events flow; false stops the
-    // conversion.
+    // Asked between records, at every new percent and at least every megabyte: lets events flow;
+    // false stops the conversion.
     virtual bool go_on() = 0;
 
     // A log went past midnight on a day that is none. True: goes on with the old date and does not
@@ -55,8 +57,10 @@ struct CsvResult {
 
 class CsvConverter {
   public:
-    // Reads `log` and writes `csv` from their beginnings. Failures of either are thrown.
-    CsvConverter(File& log, File& csv, const CsvPlan& plan, CsvWatcher& watcher);
+    // Reads `log` from its beginning; `write` gets the text, piece by piece. Failures of either are
+    // thrown.
+    CsvConverter(File& log, std::function<void(std::string_view)> write, const CsvPlan& plan,
+                 CsvWatcher& watcher);
 
     CsvResult convert();
 
@@ -88,6 +92,7 @@ class CsvConverter {
     float last_time_ = -1;    // of the last scan of the run
     bool wrong_dates_ = false;
     int percent_ = 0;
+    std::uint64_t watched_ = 0;  // position that the watcher last looked on at
     std::uint64_t rows_ = 0;
 };
 

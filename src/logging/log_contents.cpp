@@ -3,22 +3,28 @@
 #include <algorithm>
 #include <array>
 
+#include "base/text.h"
+
 namespace kavorix {
 
 namespace {
 
 constexpr std::size_t HeaderBuffer = 4096;
 
+PodOnFile& entry_of(LogContents& contents, const LoggedPod& pod) {
+    const auto known = std::find_if(contents.Pods.begin(), contents.Pods.end(),
+                                    [&](const PodOnFile& p) { return p.Number == pod.Number; });
+    if (known != contents.Pods.end()) return *known;
+    return contents.Pods.emplace_back(PodOnFile{pod.Number, pod.TypeCode, 0, {}});
+}
+
 void add_pods(LogContents& contents, const std::vector<LoggedPod>& pods) {
     for (const LoggedPod& pod : pods) {
-        const auto channels = static_cast<std::int16_t>(pod.Channels.size());
-        const auto known = std::find_if(contents.Pods.begin(), contents.Pods.end(),
-                                        [&](const PodOnFile& p) { return p.Number == pod.Number; });
-        if (known == contents.Pods.end()) {
-            contents.Pods.push_back({pod.Number, pod.TypeCode, channels});
-        } else {
-            known->Channels = std::max(known->Channels, channels);
-        }
+        PodOnFile& entry = entry_of(contents, pod);
+        if (entry.Labels.size() < pod.Channels.size()) entry.Labels.resize(pod.Channels.size());
+        entry.Channels = static_cast<std::int16_t>(entry.Labels.size());
+        for (std::size_t i = 0; i < pod.Channels.size(); ++i)
+            if (entry.Labels[i].empty()) entry.Labels[i] = trim(pod.Channels[i].Label);
     }
 }
 
@@ -48,13 +54,19 @@ std::uint64_t find_header(File& file, std::uint64_t block) {
     }
 }
 
+bool is_run(File& file, std::uint64_t position) {
+    DatReader reader(file, HeaderBuffer, position);
+    return reader.next() == DatItem::Header && reader.item_position() == position &&
+           reader.next() == DatItem::Configuration;
+}
+
 // The next header behind the blocks of a run. Blocks are passed over whole as long as what stands
 // at their beginnings is what blocks begin with.
 std::uint64_t next_run(File& file, std::uint64_t first_block) {
     const std::uint64_t size = file.size();
     for (std::uint64_t block = first_block; block < size; block += BlockSize) {
         const float begin = single_at(file, block);
-        if (begin == HeaderMarker) return block;
+        if (begin == HeaderMarker && is_run(file, block)) return block;
         if (begin != 0 && begin != DataMarker && begin != UnfinishedMarker)
             return find_header(file, first_block);
         if (size - block < BlockSize) return find_header(file, block);

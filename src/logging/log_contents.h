@@ -13,7 +13,8 @@ namespace kavorix {
 struct PodOnFile {
     std::int16_t Number = 0;  // 1..50
     std::string TypeCode;
-    std::int16_t Channels = 0;  // most of all runs
+    std::int16_t Channels = 0;        // most of all runs
+    std::vector<std::string> Labels;  // trimmed, by channel; of the first run that has one
     bool operator==(const PodOnFile&) const = default;
 };
 

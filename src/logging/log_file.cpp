@@ -117,7 +117,7 @@ void LogFile::start(std::int16_t kind) {
     if (kind == ScanLog) {
         for (const LoggedPod& pod : header.Pods)
             log.ScanChannelTotal =
-                static_cast<std::int16_t>(log.ScanChannelTotal + pod.Channels.size());
+                static_cast<std::int16_t>(log.ScanChannelTotal + static_cast<int>(pod.Channels.size()));
         log.ScanLogInterval = log.ScanIntervalChoice > 0 ? log.ScanIntervalChoice
                                                          : with_.configuration.Interface.PollRate;
     }

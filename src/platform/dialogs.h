@@ -35,6 +35,7 @@ struct FileRequest {
     std::string default_extension;  // "CFG": appended to a name typed without one
     std::string directory;
     std::string name;
+    bool existing_welcome = false;  // saving: an existing file is chosen without a question
 };
 
 enum class Pointer { Default, Busy };
@@ -55,7 +56,7 @@ class Dialogs {
     virtual void Unload_Msg_Box() = 0;
 
     // The chosen path, nothing when cancelled. Opening: path and file must exist. Saving asks
-    // before it lets an existing file be chosen.
+    // before it lets an existing file be chosen, unless the request welcomes one.
     virtual std::optional<std::string> choose_file_to_open(const FileRequest& request) = 0;
     virtual std::optional<std::string> choose_file_to_save(const FileRequest& request) = 0;
 

@@ -21,7 +21,7 @@ class GridSource {
     virtual GridCell cell(int row, int column) const = 0;
 
     // Changes whenever rows or headings are others than before; all cells have then to be read
-    // again.
+    // again. Rows that only come behind the last one need not change it.
     virtual std::uint64_t layout() const = 0;
 
     // Rows whose cells have changed since the last call, each once, in no order.

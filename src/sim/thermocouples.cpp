@@ -183,19 +183,25 @@ double polynomial(std::span<const double> coefficients, double x) {
     return sum;
 }
 
-// The root of a rising function between two places.
+// The place between `low` and `high` where a smooth rising function has the wanted value: by
+// secants, and by halving whenever one leads out of what is left.
 template <class Function>
 double find_rising(Function&& function, double wanted, double low, double high) {
-    for (int i = 0; i < 60 && high - low > 1e-7; ++i) {
-        // The chord finds smooth curves in a few steps, halving makes sure of an end.
-        const double at_low = function(low);
-        const double at_high = function(high);
-        const double chord = low + (wanted - at_low) / (at_high - at_low) * (high - low);
-        const double step = (high - low) * 1e-3;
-        for (const double place : {chord - step, chord + step, (low + high) / 2.0})
-            if (place > low && place < high) (function(place) < wanted ? low : high) = place;
+    constexpr double CloseEnough = 1e-6;
+    double before = low;
+    double value_before = function(low) - wanted;
+    double place = low + (high - low) * -value_before / (function(high) - wanted - value_before);
+    for (int i = 0; i < 60; ++i) {
+        const double value = function(place) - wanted;
+        (value < 0.0 ? low : high) = place;
+        double next = place - value * (place - before) / (value - value_before);
+        if (!(next >= low && next <= high)) next = (low + high) / 2.0;
+        before = place;
+        value_before = value;
+        place = next;
+        if (std::fabs(place - before) < CloseEnough) break;
     }
-    return (low + high) / 2.0;
+    return place;
 }
 
 constexpr double PlatinumA = 3.9083e-3;

@@ -73,9 +73,9 @@ void InterfaceSettingsDialog::cmdOK_Click() {
         follow_poll_rate(rate);
         if (address == card.CardAddress) {
             card.PollRate = rate;
-            open = false;
+            closed_ = true;
         } else if (may_connect() && save_changes()) {
-            open = !connect(address, rate);
+            closed_ = connect(address, rate);
         }
     });
 }

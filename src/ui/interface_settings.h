@@ -15,7 +15,7 @@ struct InterfaceSettingsScreen {
     std::string caption = "Interface Settings";
     ListBox cboBaseAddr;      // codes: card addresses
     ListBox cboUserPollRate;  // codes: ms
-    CheckBox chkPower{"&Power on: the program switches the pods off when it ends"};
+    CheckBox chkPower{"&Power on: the pods are switched off at exit"};
     Button cmdOK{"OK", "Take the settings over; another address connects anew"};
     Button cmdCancel{"Cancel", "Close without a change"};
 
@@ -39,11 +39,12 @@ class InterfaceSettingsDialog {
                             Operations& operations, SaveFile save_file);
 
     InterfaceSettingsScreen screen;
-    bool open = true;
 
     void Form_Load();
     void cmdOK_Click();  // stays open when no connection comes about
-    void cmdCancel_Click() { open = false; }
+    void cmdCancel_Click() { closed_ = true; }
+
+    bool closed() const { return closed_; }
 
   private:
     void follow_poll_rate(std::int16_t rate);
@@ -56,6 +57,7 @@ class InterfaceSettingsDialog {
     Discovery& discovery_;
     Operations& operations_;
     SaveFile save_file_;
+    bool closed_ = false;
 };
 
 }  // namespace kavorix

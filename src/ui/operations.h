@@ -23,7 +23,10 @@ struct AboutBox {
     std::string lblDLLVers;
 };
 
+class CsvDialog;
+class CsvProgress;
 class InterfaceSettingsDialog;
+class LogSetup;
 class SelectChannelsDialog;
 class StatusView;
 class Stream1View;
@@ -49,6 +52,11 @@ class Windows {
     virtual void show_status(StatusView&) {}
     virtual void show_tx_command(TxCommandDialog&) {}
     virtual void show_select_channels(SelectChannelsDialog&) {}
+    virtual void show_log_setup(LogSetup&) {}
+    virtual void show_csv_conversion(CsvDialog&) {}
+
+    // The progress window of a conversion under way: opened, true, and closed; returns at once.
+    virtual void show_csv_progress(CsvProgress&, bool) {}
 };
 
 class Operations : public MainWindow {

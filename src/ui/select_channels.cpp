@@ -88,7 +88,7 @@ void SelectChannelsDialog::cmdOK_Click() {
             return;
         }
         accepted_ = true;
-        open = false;
+        closed_ = true;
     });
 }
 

@@ -58,15 +58,15 @@ class SelectChannelsDialog {
     SelectChannelsDialog(ChannelChoice choice, Dialogs& dialogs, FailureReporter& failures);
 
     SelectChannelsScreen screen;
-    bool open = true;
 
     void cboZav_Click(int list_index);
     void chkChan_Click(int channel);  // index 0..31; the box has changed already
     void cmdAll_Click() { check_all(true); }
     void cmdNone_Click() { check_all(false); }
     void cmdOK_Click();  // at least one channel is checked
-    void cmdCancel_Click() { open = false; }
+    void cmdCancel_Click() { closed_ = true; }
 
+    bool closed() const { return closed_; }
     bool accepted() const { return accepted_; }
     const std::vector<ChannelChoice::Set>& sets() const { return choice_.sets; }
 
@@ -80,6 +80,7 @@ class SelectChannelsDialog {
     Dialogs& dialogs_;
     FailureReporter& failures_;
     bool accepted_ = false;
+    bool closed_ = false;
 };
 
 // Lets the operator choose; true when accepted, the sets of `choice` then being what was chosen.

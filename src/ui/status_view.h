@@ -59,11 +59,12 @@ class StatusView {
           system_info_(system_info) {}
 
     StatusScreen screen;
-    bool open = true;
 
     // Asks the selected pods for their status and fills the record.
     void Form_Load();
-    void cmdOK_Click() { open = false; }
+    void cmdOK_Click() { closed_ = true; }
+
+    bool closed() const { return closed_; }
 
   private:
     void ask_pods();
@@ -72,6 +73,7 @@ class StatusView {
     Discovery& discovery_;
     Operations& operations_;
     const SystemInfo& system_info_;
+    bool closed_ = false;
 };
 
 }  // namespace kavorix

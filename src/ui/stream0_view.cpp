@@ -117,6 +117,7 @@ void Stream0View::rebuild() {
         shown(row) = current(row);
         return true;
     });
+    changed_.reserve(rows_.size());
     ++layout_;
 }
 
@@ -177,7 +178,10 @@ void Stream0View::refresh() {
 
 std::vector<int> Stream0View::take_changed_rows() {
     for (const int row : changed_) rows_[at(row)].changed = false;
-    return std::exchange(changed_, {});
+    // A copy: the list keeps its room for the next refresh.
+    std::vector<int> taken = changed_;
+    changed_.clear();
+    return taken;
 }
 
 GridCell Stream0View::cell(int row_index, int column) const {

@@ -66,6 +66,7 @@ void Stream2View::start_anew() {
     screen.lblZAVNo.caption = "ZAV: " + two_digits(pod_ + 1);
     screen.lblZAVType.caption = "Type: " + type_name(run_time_.Status[at(pod_)]);
     events_.clear();
+    ++layout_;
     show_events();
 }
 
@@ -75,10 +76,11 @@ void Stream2View::show_events() {
         return;
     }
     for (EventTexts& event : DisplayStream2(run_time_)) events_.push_back(std::move(event));
-    if (events_.size() > MostRows)
-        events_.erase(events_.begin(), events_.end() - static_cast<std::ptrdiff_t>(MostRows));
+    if (events_.size() > MostRows) {
+        events_.erase(events_.begin(), events_.end() - static_cast<std::ptrdiff_t>(KeptRows));
+        ++layout_;
+    }
     show_last_event();
-    ++layout_;
 }
 
 void Stream2View::show_last_event() {

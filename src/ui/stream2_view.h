@@ -46,8 +46,9 @@ struct Stream2Screen {
 // that came while the view was open, oldest first.
 class Stream2View : public GridSource {
   public:
-    // Rows beyond this number push the oldest ones out.
-    static constexpr std::size_t MostRows = 2000;
+    // Beyond MostRows the oldest ones go, until KeptRows are left.
+    static constexpr std::size_t MostRows = 2500;
+    static constexpr std::size_t KeptRows = 2000;
 
     Stream2View(RunTime& run_time, EventLoop& loop);
 

@@ -69,8 +69,4 @@ void TxCommandDialog::cmdSend_Click() {
     });
 }
 
-void TxCommandDialog::cmdCancel_Click() {
-    open = false;
-}
-
 }  // namespace kavorix

@@ -56,13 +56,14 @@ class TxCommandDialog {
                     std::function<void(std::string_view)> sent);
 
     TxCommandScreen screen;
-    bool open = true;
 
     void txtTxCmd_Change();  // typed characters become upper case
     void history_older();    // the arrow keys up and down
     void history_newer();
     void cmdSend_Click();  // also the Enter key
-    void cmdCancel_Click();
+    void cmdCancel_Click() { closed_ = true; }
+
+    bool closed() const { return closed_; }
 
   private:
     CommandLink::Surroundings with_;
@@ -70,6 +71,7 @@ class TxCommandDialog {
     Operations& operations_;
     CommandHistory& history_;
     std::function<void(std::string_view)> sent_;
+    bool closed_ = false;
 };
 
 }  // namespace kavorix

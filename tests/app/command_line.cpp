@@ -168,4 +168,100 @@ TEST(Rewrite, OfAFileWithProblemsWritesNothing) {
     EXPECT_FALSE(run.exists("out.CFG"));
 }
 
+TEST(DriverOption, NamesWhatIsNoDriverLibrary) {
+    const TerminalRun run;
+    const std::string file = run.file("no.so", "nothing");
+    const Outcome outcome = run({"discover", "--driver", file});
+    EXPECT_EQ(outcome.exit_code, ExitUsage);
+    EXPECT_TRUE(outcome.messages.find(file) != std::string::npos) << outcome.messages;
+}
+
+TEST(DriverOption, ALibraryGivesTheSameAsTheBuiltInNetwork) {
+    const TerminalRun run;
+    const Outcome built_in = run({"discover"});
+    const Outcome library =
+        run({"discover", "--driver", std::string(KAVORIX_BINARY_DIR) + "/libzavdrvr-sim.so"});
+    EXPECT_EQ(library.exit_code, ExitDone) << library.messages;
+    EXPECT_EQ(library.out, built_in.out);
+}
+
+TEST(Verify, FindsPodsThatHoldWhatWasConfigured) {
+    const TerminalRun run;
+    const Outcome outcome =
+        run({"verify", run.file("good.CFG", Fitting), "--network", run.file("two.toml", TwoPods)});
+    EXPECT_EQ(outcome.exit_code, ExitDone) << outcome.messages;
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_TRUE(outcome.messages.ends_with("1 pod compared, 0 differences\n"));
+}
+
+TEST(Log, ADayRepeatsByteForByte) {
+    const TerminalRun run;
+    const std::string network = run.file("two.toml", TwoPods);
+    for (const char* name : {"a.DAT", "b.DAT"})
+        EXPECT_EQ(run({"log", "--network", network, "--scans", run.path(name), "--duration", "1d",
+                       "--interval", "1m", "--speed", "max"})
+                      .exit_code,
+                  ExitDone);
+    EXPECT_EQ(run.read("a.DAT"), run.read("b.DAT"));
+    const Outcome info = run({"info", run.path("a.DAT")});
+    EXPECT_EQ(info.exit_code, ExitDone);
+    EXPECT_TRUE(info.out.find("1440 records") != std::string::npos) << info.out;
+    EXPECT_FALSE(run.exists("ERR_LOG.TXT")) << "a run without errors leaves no error log";
+}
+
+TEST(Log, RefusesWhatCannotBeLogged) {
+    const TerminalRun run;
+    const std::string network = run.file("two.toml", TwoPods);
+    struct Case {
+        std::vector<std::string> arguments;
+        const char* complaint;
+    };
+    for (const Case& c :
+         {Case{{"--duration", "1h"}, "Neither --scans nor --events names a file to log to\n"},
+          Case{{"--duration", "1h", "--scans", run.path("x.DAT"), "--events", run.path("x.DAT")},
+               "Scans and events cannot go to the same file\n"},
+          Case{{"--duration", "x", "--scans", run.path("x.DAT")},
+               "\"x\" is not a duration such as 90, 15m or 2h (24d at most)\n"},
+          Case{{"--duration", "1h", "--scans", run.path("x.DAT"), "--interval", "1500ms"},
+               "The interval 1500ms is no multiple of the poll rate, 1000 ms\n"}}) {
+        std::vector<std::string> arguments = {"log", "--network", network, "--speed", "max"};
+        arguments.insert(arguments.end(), c.arguments.begin(), c.arguments.end());
+        const Outcome outcome = run(arguments);
+        EXPECT_EQ(outcome.exit_code, ExitUsage);
+        EXPECT_TRUE(outcome.messages.ends_with(c.complaint)) << outcome.messages;
+        EXPECT_FALSE(run.exists("x.DAT"));
+    }
+}
+
+TEST(Convert, WritesTheChosenColumns) {
+    const TerminalRun run;
+    const std::string log = run.path("s.DAT");
+    run({"log", "--network", run.file("two.toml", TwoPods), "--scans", log, "--comment", "Test",
+         "--duration", "3s", "--speed", "max"});
+    const Outcome outcome = run({"convert", log, "--channels", "3/1"});
+    EXPECT_EQ(outcome.exit_code, ExitDone) << outcome.messages;
+    const std::string header = "\"" + run.path("s.CSV") +
+                               "\"\r\n\"Test\"\r\n"
+                               "\"DATE\",\"TIME\",\"MILLISECOND\",\"ZAV3/Ch1\"\r\n"
+                               ",,,\"\"\r\n,,,\"\"\r\n";
+    EXPECT_EQ(run.read("s.CSV").substr(0, header.size()), header);
+    EXPECT_TRUE(run.read("s.CSV").ends_with(",1.5\r\n")) << run.read("s.CSV");
+}
+
+TEST(Convert, AsksForForceAndForFewerColumns) {
+    const TerminalRun run;
+    const std::string log = run.path("s.DAT");
+    run({"log", "--network", run.file("two.toml", TwoPods), "--scans", log, "--duration", "3s",
+         "--speed", "max"});
+    EXPECT_EQ(run({"convert", log}).exit_code, ExitDone);
+    const Outcome again = run({"convert", log});
+    EXPECT_EQ(again.exit_code, ExitUsage);
+    EXPECT_EQ(again.messages,
+              "The file " + run.path("s.CSV") + " exists. --force overwrites it.\n");
+    EXPECT_EQ(run({"convert", log, "--force"}).exit_code, ExitDone);
+    EXPECT_EQ(run({"convert", log, "--force", "--channels", "9/1"}).exit_code, ExitUsage);
+    EXPECT_EQ(run({"convert", run.file("no.DAT", "nothing")}).exit_code, ExitUsage);
+    EXPECT_EQ(run({"convert", run.path("missing.DAT")}).exit_code, ExitUsage);
+}
+
 }  // namespace kavorix::test

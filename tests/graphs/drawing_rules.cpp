@@ -164,7 +164,7 @@ double luminance(std::uint32_t rgb) {
 }
 
 double contrast(std::uint32_t a, std::uint32_t b) {
-    const auto [low, high] = std::minmax(luminance(a), luminance(b));
+    const auto [low, high] = std::minmax({luminance(a), luminance(b)});
     return (high + 0.05) / (low + 0.05);
 }
 

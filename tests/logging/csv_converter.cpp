@@ -64,7 +64,8 @@ class CsvConverterTest : public testing::Test {
         if (choose) choose(plan.Selection);
         const auto out = files.open(CsvPath, OpenMode::Create);
         Converted converted;
-        converted.result = CsvConverter(*in, *out, plan, watcher).convert();
+        const auto write = [&](std::string_view text) { out->write(text); };
+        converted.result = CsvConverter(*in, write, plan, watcher).convert();
         converted.text = files.content(CsvPath);
         std::istringstream text(converted.text);
         for (std::string line; std::getline(text, line);) {
@@ -257,7 +258,8 @@ TEST_F(CsvConverterTest, EventsOfChannelsWithoutAColumnAreSkipped) {
     log.run(EventLog, "", Date, {logged_pod(1, 2)});
     log.data(0, {1, 1, 10101, 1, 1, 10102, 2, 2, 9, 0, 10102, 3, 3});
     log.data(0, {1, 2, 10100, 1, 1, 10133, 2, 2, 10199, 3, 3});
-    EXPECT_THAT(convert(log.bytes).rows(), ElementsAre("\"01-01-2026\",\"00:00:02\",000,\"Lo to Hi\""));
+    EXPECT_THAT(convert(log.bytes).rows(),
+                ElementsAre("\"01-01-2026\",\"00:00:02\",000,\"Lo to Hi\""));
 }
 
 TEST_F(CsvConverterTest, TheYearAdvancesWhenDecemberTurnsIntoJanuary) {

@@ -92,8 +92,8 @@ class ThroughLibrary : public Route {
     void* library_;
 };
 
-// Everything that a driver is asked in a session, as one text; times of day are left out.
-std::string session(Route& route) {
+// Everything that a driver is asked in a day's work, as one text; times of day are left out.
+std::string transcript(Route& route) {
     Driver& driver = route.driver();
     std::string seen;
     const auto say = [&](const std::string& text) { seen += text + " "; };
@@ -162,10 +162,10 @@ std::string session(Route& route) {
 TEST(RouteTest, TheLibraryIsTheBuiltInNetwork) {
     BuiltIn built_in;
     ThroughLibrary through_library;
-    const std::string expected = session(built_in);
+    const std::string expected = transcript(built_in);
     EXPECT_GT(expected.size(), 2000u);
     EXPECT_NE(expected.find("7VJA 0F 1.00"), std::string::npos);
-    EXPECT_EQ(session(through_library), expected);
+    EXPECT_EQ(transcript(through_library), expected);
 }
 
 TEST(RouteTest, TheLibraryStartsWithTheDemonstrationNetwork) {

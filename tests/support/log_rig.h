@@ -101,7 +101,8 @@ inline LogRead read_log(Files& files, const std::string& path,
         if (item == DatItem::Configuration) log.runs.push_back(reader.header());
         if (item == DatItem::Data) {
             RecordRead record{reader.time(), std::vector<float>(at(reader.count()))};
-            std::memcpy(record.values.data(), reader.values(), at(reader.count()) * EntrySize);
+            if (reader.count() > 0)
+                std::memcpy(record.values.data(), reader.values(), at(reader.count()) * EntrySize);
             log.records.push_back(std::move(record));
         }
         if (item == DatItem::End || item == DatItem::CutShort || item == DatItem::Damaged) {

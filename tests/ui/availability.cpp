@@ -2,320 +2,285 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <map>
-#include <sstream>
+#include <functional>
+#include <set>
 
 #include "support/ui_rig.h"
 
-namespace kavorix::test {
+namespace kavorix {
 namespace {
 
-// The states of the tables below, a column each.
-std::vector<StationState> example_states() {
-    const StationState no_card;
-    StationState no_pods;
-    no_pods.config_commands = true;
-    StationState pods = no_pods;
-    pods.operations = true;
-    StationState interface = pods;
-    interface.interface_selected = true;
-    StationState one_8r = pods;
-    one_8r.pods_selected = 1;
-    one_8r.counter_pods = one_8r.capture_pods = true;
-    StationState with_7v = one_8r;
-    with_7v.pods_selected = 2;
-    with_7v.capture_pods = false;
-    StationState one_7r = with_7v;
-    one_7r.pods_selected = 1;
-    one_7r.counter_pods = false;
-    StationState scanning = one_8r;
-    scanning.config_commands = false;
-    StationState sending = one_8r;
-    sending.sending = true;
-    StationState files_set = one_8r;
-    files_set.scan_file = files_set.event_file = files_set.graph_set_up = true;
-    StationState scan_log = files_set;
-    scan_log.scan_logging = true;
-    scan_log.graph_set_up = false;
-    StationState both_logs = scan_log;
-    both_logs.event_logging = true;
-    StationState graph = one_8r;
-    graph.graph_set_up = graph.graph_shown = true;
-    return {no_card,  no_pods, pods,      interface, one_8r,    with_7v, one_7r,
-            scanning, sending, files_set, scan_log,  both_logs, graph};
-}
+using enum Command;
+using Commands = std::set<Command>;
 
-std::string over_states(Conditions conditions) {
-    std::string marks;
-    for (const StationState& state : example_states())
-        marks += all_hold(conditions, state) ? '+' : '.';
-    return marks;
-}
-
-struct CommandRow {
-    Command command;
-    std::string marks;
-};
-
-const std::vector<CommandRow> CommandRows = {
-    //                             no card
-    //                             |no pods
-    //                             ||pods, none selected
-    //                             |||interface selected
-    //                             ||||an 8R pod selected
-    //                             |||||a 7V and an 8R pod
-    //                             ||||||a 7R pod
-    //                             |||||||8R, scanning continuously
-    //                             ||||||||8R, sending
-    //                             |||||||||8R, log files and graph set up
-    //                             ||||||||||8R, scan log runs
-    //                             |||||||||||8R, both logs run
-    //                             ||||||||||||8R, graph shown
-    {Command::InterfaceCard, "+++++++..+..+"},
-    {Command::ZavSetup, "..+++++..+..+"},
-    {Command::OpenFile, ".++++++..+..+"},
-    {Command::Save, ".++++++..+..+"},
-    {Command::SaveAs, ".++++++..+..+"},
-    {Command::TransmitConfig, "...++++..+..+"},
-    {Command::Delete, "...++++..+..+"},
-    {Command::DefaultContScan, "...++++..+..+"},
-    {Command::Exit, "+++++++++++++"},
-    {Command::Trigger, "....++++.++++"},
-    {Command::Halt, "....++++.++++"},
-    {Command::ClearEventCounter, "....++.+.++++"},
-    {Command::EventCaptureOn, "....+..+.++++"},
-    {Command::EventCaptureOff, "....+..+.++++"},
-    {Command::TxCommand, "....++++.++++"},
-    {Command::ViewStream0, "....+++++++++"},
-    {Command::ViewStream1, "....+++++++++"},
-    {Command::ViewStream2, "....+++++++++"},
-    {Command::ViewStream3, "....+++++++++"},
-    {Command::ViewStatus, "...+++++.++++"},
-    {Command::SetupScanLog, "..++++++++..+"},
-    {Command::SetupEventLog, "..+++++++++.+"},
-    {Command::StartScanLog, ".........+..."},
-    {Command::StartEventLog, ".........++.."},
-    {Command::StartBothLogs, ".........+..."},
-    {Command::StopScanLog, "..........++."},
-    {Command::StopEventLog, "...........+."},
-    {Command::StopBothLogs, "...........+."},
-    {Command::GraphSetup, "....++++++++."},
-    {Command::ViewGraph, ".........+..."},
-    {Command::DefaultScreen, "..+++++++++++"},
-    {Command::ExpandScreen, "..+++++++++++"},
-    {Command::SelectAll, "..+++++++++++"},
-    {Command::Stream3AutoClear, "..+++++++++++"},
-    {Command::TransmitReminder, "..+++++++++++"},
-    {Command::ConvertLogFile, ".++++++.++..+"},
-    {Command::PrinterSetup, ".++++++.++..+"},
-    {Command::About, "+++++++++++++"},
-    {Command::Configure, "...++++..+..+"},
-    {Command::DefaultExpand, "..+++++++++++"},
-    {Command::ClearErrors, "..+++++++++++"},
-};
-
-TEST(Availability, OfEveryCommandInExampleStates) {
-    ASSERT_EQ(CommandRows.size(), static_cast<std::size_t>(LastCommand));
-    for (const auto& [command, marks] : CommandRows)
-        EXPECT_EQ(over_states(needs(command)), marks) << "command " << static_cast<int>(command);
-}
-
-TEST(Availability, OfTheMenus) {
-    const std::map<std::string_view, std::string> marks = {{"mnuOperate", "..+++++++++++"},
-                                                           {"mnuView", "...++++++++++"},
-                                                           {"mnuLogging", "..+++++++++++"},
-                                                           {"mnuTrend", "..+++++++++++"},
-                                                           {"mnuOptions", "..+++++++++++"}};
-    for (const MenuEntry& menu : menu_bar()) {
-        const auto found = marks.find(menu.name);
-        EXPECT_EQ(over_states(menu_needs(menu.name)),
-                  found == marks.end() ? "+++++++++++++" : found->second)
-            << menu.name;
+// The control name of a command, for messages.
+std::string name_of(Command command, std::span<const MenuEntry> entries = menu_bar()) {
+    for (const MenuEntry& entry : entries) {
+        if (entry.command == command && !entry.separator()) return std::string(entry.name);
+        if (auto name = name_of(command, entry.children); !name.empty()) return name;
     }
+    return {};
 }
 
-// Every state that there can be.
-template <class Visit>
-void each_state(Visit&& visit) {
-    for (unsigned bits = 0; bits < 1U << 12U; ++bits)
-        for (int pods = 0; pods <= 2; ++pods) {
-            const auto bit = [&](unsigned n) { return (bits >> n & 1U) != 0; };
-            visit(StationState{bit(0), bit(1), bit(2), pods, bit(3), bit(4), bit(5), bit(6), bit(7),
-                               bit(8), bit(9), bit(10), bit(11)});
-        }
-}
-
-std::vector<Command> available_commands(const StationState& state) {
-    std::vector<Command> commands;
-    for (int i = 1; i <= static_cast<int>(LastCommand); ++i)
-        if (is_available(static_cast<Command>(i), state))
-            commands.push_back(static_cast<Command>(i));
-    return commands;
-}
-
-bool contains(const std::vector<Command>& commands, std::initializer_list<Command> any_of) {
-    return std::find_first_of(commands.begin(), commands.end(), any_of.begin(), any_of.end()) !=
-           commands.end();
-}
-
-// Rules that hold in every state whatsoever.
-TEST(Availability, KeepsItsRulesInEveryState) {
-    using enum Command;
-    each_state([&](const StationState& state) {
-        const auto commands = available_commands(state);
-        const auto never = [&](bool in_this_state, std::initializer_list<Command> these) {
-            EXPECT_FALSE(in_this_state && contains(commands, these));
-        };
-        EXPECT_TRUE(contains(commands, {Exit}) && contains(commands, {About}));
-        never(!state.operations, {Trigger, Halt, TxCommand, ViewStream0, ViewStatus, SelectAll,
-                                  Delete, GraphSetup, Configure});
-        never(state.sending, {InterfaceCard, ZavSetup, OpenFile, Save, SaveAs, TransmitConfig,
-                              Delete, DefaultContScan, Trigger, Halt, ClearEventCounter,
-                              EventCaptureOn, EventCaptureOff, TxCommand, ViewStatus, Configure});
-        never(state.pods_selected < 1,
-              {Trigger, Halt, ClearEventCounter, EventCaptureOn, EventCaptureOff, TxCommand,
-               ViewStream0, ViewStream1, ViewStream2, ViewStream3});
-        never(!state.selection(), {Configure, TransmitConfig, Delete, DefaultContScan, ViewStatus});
-        never(state.operations && (state.scan_logging || state.event_logging),
-              {InterfaceCard, ZavSetup, OpenFile, Save, SaveAs, TransmitConfig, Delete,
-               DefaultContScan, Configure, ConvertLogFile, PrinterSetup});
-    });
-}
-
-class OperationsState : public testing::Test, public UiRig {};
-
-// The types of the selected pods decide about three items of the Operate menu.
-TEST_F(OperationsState, FollowsTheTypesOfTheSelectedPods) {
-    struct TypeRow {
-        std::vector<std::string> types;
-        std::string items;  // Clear Event Counter, Event Capture ON, OFF
-    };
-    for (const auto& [types, items] : std::vector<TypeRow>{{{"7R"}, "..."},
-                                                           {{"7S"}, "..."},
-                                                           {{"7T"}, "..."},
-                                                           {{"7U"}, "..."},
-                                                           {{"7V"}, "+.."},
-                                                           {{"7W"}, "+.."},
-                                                           {{"8R"}, "+++"},
-                                                           {{"8S"}, ".++"},
-                                                           {{"7X"}, "+++"},
-                                                           {{"8R", "8S"}, ".++"},
-                                                           {{"7V", "8S"}, "..."},
-                                                           {{"7W", "8R"}, "+.."},
-                                                           {{"8R", "7R"}, "..."}}) {
-        UiRig rig;
-        std::vector<PodAt> pods = {{50, "7RAA 0F 1.00"}};  // not selected, does not matter
-        std::vector<int> numbers;
-        for (const std::string& type : types) {
-            numbers.push_back(static_cast<int>(pods.size()));
-            pods.push_back({numbers.back(), type + "AA 0F 1.00"});
-        }
-        rig.station(pods);
-        rig.click(numbers);
-        rig.operations.mnuOperate_Click();
-        std::string enabled;
-        for (const std::size_t item : {3U, 4U, 5U})
-            enabled += rig.screen.mnuOperateItem[item].enabled ? '+' : '.';
-        EXPECT_EQ(enabled, items) << types.front();
+std::string names(const Commands& commands) {
+    std::string text;
+    for (const Command command : commands) {
+        text += name_of(command) + " ";
+        for (const ButtonEntry& button : buttons())
+            if (button.command == command) text += std::string(button.name) + " ";
     }
-}
-
-// The records show what the table says, for the commands that something was given to do.
-TEST_F(OperationsState, IsShownOnButtonsAndMenus) {
-    station({{3, "8RCA 0F 1.00"}});
-    operations.on(Command::ZavSetup, [] {});
-    const auto shown = [&] {
-        std::string text;
-        for (const ButtonEntry& entry : buttons())
-            text += (screen.*entry.button).enabled ? '+' : '.';
-        text += ' ';
-        for (const MenuEntry& menu : menu_bar()) text += menu.item(screen).enabled ? '+' : '.';
-        return text;
-    };
-    //         buttons: Trigger, Halt, Transmit, Config, Default, Select, Clear
-    //                 menus: Config, Operate, View, Logging, Graph, Options, Utilities, Help
-    EXPECT_EQ(shown(), "....+++ ++.+++++");
-    operations.img_4A_Click();
-    EXPECT_EQ(shown(), "..+++++ ++++++++");
-    click({3});
-    EXPECT_EQ(shown(), "+++++++ ++++++++");
-    EXPECT_TRUE(screen.mnuConfigItem[1].enabled);
-    EXPECT_FALSE(screen.mnuConfigItem[0].enabled) << "was given nothing to do";
-    operations.ConfigItems(0);
-    EXPECT_EQ(shown(), "++..+++ ++++++++");
-    EXPECT_FALSE(screen.mnuConfigItem[1].enabled);
-    operations.ConfigItems(1);
-    EXPECT_EQ(shown(), "+++++++ ++++++++");
-    loop.call_later(100, [&] { EXPECT_EQ(shown(), "....+++ ++++++++"); });
-    operations.send("RE;");
-    EXPECT_EQ(shown(), "+++++++ ++++++++");
-}
-
-TEST_F(OperationsState, HaltWhileALogRunsLeavesTheConfigurationAlone) {
-    station({{3, "8RCA 0F 1.00"}});
-    click({3});
-    for (std::int16_t* logging : {&run_time.Log.ScanLogging, &run_time.Log.EventLogging}) {
-        config(3).ContScan = 1;
-        operations.cmdTrig_Click();
-        EXPECT_FALSE(operations.available(Command::Delete)) << "scanning";
-        *logging = 1;
-        operations.cmdHalt_Click();
-        EXPECT_FALSE(operations.available(Command::Delete)) << "logging";
-        *logging = 0;
-        operations.CheckItems();
-        EXPECT_TRUE(operations.available(Command::Delete));
-    }
-}
-
-// The user guide has the same table.
-
-std::string without_marks(std::string_view caption) {
-    std::string text(caption);
-    std::erase(text, '&');
     return text;
 }
 
-std::string when(Conditions conditions) {
-    std::string text;
-    for (const Condition* condition : conditions)
-        text += (text.empty() ? "" : "; ") + std::string(condition->text);
-    return text.empty() ? "always" : text;
+bool view_menu_available(const StationState& state) {
+    return all_hold(menu_needs("mnuView"), state);
 }
 
-// "| Config > Save | `mnuConfigItem(4)` | conditions |" for every item.
-void add_rows(std::span<const MenuEntry> entries, const std::string& path, Lines& rows) {
-    for (const MenuEntry& entry : entries) {
-        if (entry.separator()) continue;
-        const std::string own = path + without_marks(entry.caption);
-        if (entry.command != Command::None)
-            rows.push_back("| " + own + " | `" + std::string(entry.name) + "` | " +
-                           when(needs(entry.command)) + " |");
-        add_rows(entry.children, own + " > ", rows);
+Commands available_in(const StationState& state) {
+    Commands commands;
+    for (int i = 0; i <= static_cast<int>(LastCommand); ++i)
+        if (is_available(static_cast<Command>(i), state)) commands.insert(static_cast<Command>(i));
+    return commands;
+}
+
+Commands operator+(Commands a, const Commands& b) {
+    a.insert(b.begin(), b.end());
+    return a;
+}
+
+const Commands Always = {Exit, About};
+const Commands Files = {OpenFile, Save, SaveAs};
+const Commands Utilities = {ConvertLogFile, PrinterSetup};
+const Commands Setups = {InterfaceCard, ZavSetup};
+const Commands PodConfiguration = {TransmitConfig, Delete, DefaultContScan, Configure};
+const Commands Options = {DefaultScreen,    ExpandScreen,  SelectAll,  Stream3AutoClear,
+                          TransmitReminder, DefaultExpand, ClearErrors};
+const Commands LogSetups = {SetupScanLog, SetupEventLog};
+const Commands Sending = {Trigger, Halt, TxCommand};
+const Commands Events = {ClearEventCounter, EventCaptureOn, EventCaptureOff};
+const Commands Views = {ViewStream0, ViewStream1, ViewStream2, ViewStream3};
+const Commands WithoutSelection = Always + Files + Utilities + Setups + Options + LogSetups;
+const Commands WithPod = WithoutSelection + PodConfiguration + Sending + Events + Views +
+                         Commands{ViewStatus, GraphSetup};
+
+struct Row {
+    const char* what;
+    std::function<void(StationState&)> change;  // to a connected station with an 8R pod selected
+    Commands available;
+    bool view_menu;
+};
+
+Commands without(Commands all, const Commands& some) {
+    for (const Command command : some) all.erase(command);
+    return all;
+}
+
+TEST(Availability, EveryStateHasItsCommands) {
+    const Row rows[] = {
+        {"a pod selected", [](StationState&) {}, WithPod, true},
+        {"no card", [](StationState& s) { s = {}; }, Always + Commands{InterfaceCard}, false},
+        {"a card without pods",
+         [](StationState& s) {
+             s = {};
+             s.config_commands = true;
+         },
+         Always + Files + Utilities + Commands{InterfaceCard}, false},
+        {"nothing selected", [](StationState& s) { s.pods_selected = 0; }, WithoutSelection, false},
+        {"the interface selected",
+         [](StationState& s) {
+             s.pods_selected = 0;
+             s.interface_selected = true;
+         },
+         WithoutSelection + PodConfiguration + Commands{ViewStatus}, true},
+        {"scanning continuously", [](StationState& s) { s.config_commands = false; },
+         without(WithPod, Files + Utilities + Setups + PodConfiguration), true},
+        {"sending", [](StationState& s) { s.sending = true; },
+         without(WithPod,
+                 Files + Setups + PodConfiguration + Sending + Events + Commands{ViewStatus}),
+         true},
+        {"a pod without event counters", [](StationState& s) { s.counter_pods = false; },
+         without(WithPod, {ClearEventCounter}), true},
+        {"a pod without event capture", [](StationState& s) { s.capture_pods = false; },
+         without(WithPod, {EventCaptureOn, EventCaptureOff}), true},
+        {"a scan log set up", [](StationState& s) { s.scan_file = true; },
+         WithPod + Commands{StartScanLog}, true},
+        {"both logs set up", [](StationState& s) { s.scan_file = s.event_file = true; },
+         WithPod + Commands{StartScanLog, StartEventLog, StartBothLogs}, true},
+        {"the scan log runs",
+         [](StationState& s) { s.scan_file = s.event_file = s.scan_logging = true; },
+         without(WithPod, Files + Utilities + Setups + PodConfiguration + Commands{SetupScanLog}) +
+             Commands{StartEventLog, StopScanLog},
+         true},
+        {"both logs run",
+         [](StationState& s) {
+             s.scan_file = s.event_file = s.scan_logging = s.event_logging = true;
+         },
+         without(WithPod, Files + Utilities + Setups + PodConfiguration + LogSetups) +
+             Commands{StopScanLog, StopEventLog, StopBothLogs},
+         true},
+        {"a graph set up", [](StationState& s) { s.graph_set_up = true; },
+         WithPod + Commands{ViewGraph}, true},
+        {"the graph shown", [](StationState& s) { s.graph_set_up = s.graph_shown = true; },
+         without(WithPod, {GraphSetup}), true},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.what);
+        StationState state;
+        state.operations = state.config_commands = true;
+        state.pods_selected = 1;
+        state.counter_pods = state.capture_pods = true;
+        row.change(state);
+        EXPECT_EQ(names(available_in(state)), names(row.available));
+        EXPECT_EQ(view_menu_available(state), row.view_menu);
     }
 }
 
-TEST(CommandsPage, PrintsTheTable) {
-    Lines rows;
-    const MainScreen screen;
-    for (const ButtonEntry& entry : buttons())
-        rows.push_back("| " + without_marks((screen.*entry.button).caption) + " | `" +
-                       std::string(entry.name) + "` | " + when(needs(entry.command)) + " |");
-    for (const MenuEntry& menu : menu_bar())
-        rows.push_back("| " + without_marks(menu.caption) + " | `" + std::string(menu.name) +
-                       "` | " + when(menu_needs(menu.name)) + " |");
-    add_rows(menu_bar(), "", rows);
-
-    std::ifstream page(KAVORIX_SOURCE_DIR "/docs/commands.md");
-    Lines lines;
-    for (std::string line; std::getline(page, line);)
-        if (line.find("| `") != std::string::npos) lines.push_back(line);
-    ASSERT_EQ(lines.size(), rows.size());
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        EXPECT_TRUE(lines[i].starts_with(rows[i])) << rows[i] << "\n" << lines[i];
-        EXPECT_GT(lines[i].size(), rows[i].size() + 10) << "says what it does: " << lines[i];
+// What holds in every one of the states that the flags can form.
+TEST(Availability, HoldsItsPromisesInEveryState) {
+    for (int bits = 0; bits < 1 << 13; ++bits) {
+        const auto bit = [&](int n) { return (bits >> n & 1) != 0; };
+        StationState s;
+        s.operations = bit(0);
+        s.config_commands = bit(1);
+        s.sending = bit(2);
+        s.pods_selected = bit(3) ? 2 : 0;
+        s.interface_selected = bit(4);
+        s.counter_pods = bit(5);
+        s.capture_pods = bit(6);
+        s.scan_file = bit(7);
+        s.event_file = bit(8);
+        s.scan_logging = bit(9);
+        s.event_logging = bit(10);
+        s.graph_set_up = bit(11);
+        s.graph_shown = bit(12);
+        const Commands commands = available_in(s);
+        const auto some_of = [&](const Commands& some) {
+            return std::any_of(some.begin(), some.end(),
+                               [&](Command command) { return commands.contains(command); });
+        };
+        ASSERT_FALSE(commands.contains(None));
+        ASSERT_TRUE(commands.contains(Exit) && commands.contains(About));
+        ASSERT_FALSE(s.sending && some_of(Sending + Events + PodConfiguration + Setups + Files));
+        ASSERT_FALSE(!s.config_commands && some_of(PodConfiguration + Files + Utilities));
+        ASSERT_FALSE(!s.config_commands && s.operations && some_of(Setups));
+        ASSERT_FALSE(s.operations && (s.scan_logging || s.event_logging) &&
+                     some_of(PodConfiguration + Files + Utilities + Setups));
+        ASSERT_FALSE(s.pods_selected < 1 && some_of(Sending + Events + Views));
+        ASSERT_FALSE(!s.selection() && some_of(PodConfiguration + Commands{ViewStatus}));
+        ASSERT_FALSE(!s.operations &&
+                     some_of(Sending + Events + Views + PodConfiguration + Options + LogSetups));
+        ASSERT_FALSE(!s.operations && view_menu_available(s));
+        // The way out of a start without a card.
+        ASSERT_TRUE(s.operations || s.sending || commands.contains(InterfaceCard));
     }
+}
+
+struct TypeRow {
+    std::vector<const char*> types;  // of the selected pods
+    bool counter;
+    bool capture;
+};
+
+TEST(StationStateOf, TheTypesOfTheSelectedPodsDecideAboutEvents) {
+    const TypeRow rows[] = {
+        {{}, true, true},
+        {{"7R"}, false, false},
+        {{"7S"}, false, false},
+        {{"7T"}, false, false},
+        {{"7U"}, false, false},
+        {{"7V"}, true, false},
+        {{"7W"}, true, false},
+        {{"8R"}, true, true},
+        {{"8S"}, false, true},
+        {{"7X"}, true, true},
+        {{"NC"}, true, true},
+        {{"8R", "8S"}, false, true},
+        {{"8R", "7V"}, true, false},
+        {{"8S", "7V"}, false, false},
+        {{"8R", "7R"}, false, false},
+    };
+    for (const TypeRow& row : rows) {
+        RunTime run_time;
+        std::copy_n("7R", 2, run_time.Status[40].Ident.begin());  // not selected
+        for (std::size_t i = 0; i < row.types.size(); ++i) {
+            std::copy_n(row.types[i], 2, run_time.Status[i].Ident.begin());
+            run_time.Link.ZavSelected[i] = 1;
+        }
+        EXPECT_EQ(station_state(run_time).counter_pods, row.counter);
+        EXPECT_EQ(station_state(run_time).capture_pods, row.capture);
+    }
+}
+
+TEST(AvailabilityOnScreen, ButtonsAndMenuItemsShowTheSameTable) {
+    test::UiRig rig;
+    for (int i = 1; i <= static_cast<int>(LastCommand); ++i)
+        rig.operations.on(static_cast<Command>(i), [] {});
+    rig.station({{3, "8RCN 0F 1.00"}});
+    const auto check = [&](const char* what) {
+        SCOPED_TRACE(what);
+        const std::function<void(std::span<const MenuEntry>)> compare =
+            [&](std::span<const MenuEntry> entries) {
+                for (const MenuEntry& entry : entries) {
+                    if (entry.separator()) continue;
+                    if (entry.command != None) {
+                        EXPECT_EQ(entry.item(rig.screen).enabled,
+                                  rig.operations.available(entry.command))
+                            << entry.name;
+                    }
+                    compare(entry.children);
+                }
+            };
+        compare(menu_bar());
+        const MainScreen& screen = rig.screen;
+        for (const ButtonEntry& entry : buttons())
+            EXPECT_EQ((screen.*entry.button).enabled, rig.operations.available(entry.command))
+                << entry.name;
+    };
+    check("nothing selected");
+    EXPECT_FALSE(rig.screen.cmdTrig.enabled);
+    rig.click({3});
+    check("a pod selected");
+    EXPECT_TRUE(rig.screen.cmdTrig.enabled);
+    EXPECT_TRUE(rig.screen.mnuView.enabled);
+    rig.operations.ConfigItems(0);
+    check("configuration off");
+    EXPECT_FALSE(rig.screen.cmdConfig.enabled);
+    EXPECT_FALSE(rig.screen.mnuUtilitiesItem[0].enabled);
+    rig.operations.ConfigItems(1);
+    check("configuration on");
+    EXPECT_TRUE(rig.screen.cmdConfig.enabled);
+    rig.discovery.Initialise();
+    check("not connected");
+    EXPECT_FALSE(rig.screen.mnuOperate.enabled || rig.screen.mnuView.enabled ||
+                 rig.screen.mnuLogging.enabled || rig.screen.mnuTrend.enabled ||
+                 rig.screen.mnuOptions.enabled || rig.screen.cmdClear.enabled);
+}
+
+TEST(AvailabilityOnScreen, CheckItemsGivesTheConfigurationBackOnlyWhenNothingRuns) {
+    for (int running = 0; running < 4; ++running) {
+        test::UiRig rig;
+        rig.station({{3, "8RCN 0F 1.00"}});
+        rig.click({3});
+        rig.operations.ConfigItems(0);
+        rig.run_time.Link.ContScanning = running == 1;
+        rig.run_time.Log.ScanLogging = running == 2;
+        rig.run_time.Log.EventLogging = running == 3;
+        rig.operations.CheckItems();
+        EXPECT_EQ(rig.screen.cmdTransmit.enabled, running == 0) << running;
+    }
+}
+
+TEST(AvailabilityOnScreen, WithoutACardOnlyTheInterfaceCanBeSet) {
+    test::UiRig rig;
+    for (int i = 1; i <= static_cast<int>(LastCommand); ++i)
+        rig.operations.on(static_cast<Command>(i), [] {});
+    rig.discovery.Form_Load(rig.files, "/station/KAVORIX.INI");
+    Commands commands;
+    for (int i = 0; i <= static_cast<int>(LastCommand); ++i)
+        if (rig.operations.available(static_cast<Command>(i)))
+            commands.insert(static_cast<Command>(i));
+    EXPECT_EQ(names(commands), names(Commands{InterfaceCard, Exit, About}));
 }
 
 }  // namespace
-}  // namespace kavorix::test
+}  // namespace kavorix

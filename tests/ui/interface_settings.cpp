@@ -67,7 +67,7 @@ TEST_F(InterfaceSettingsTest, ACardElsewhereIsNotInTheListAndStays) {
     EXPECT_EQ(other.screen.cboBaseAddr.index, -1);
     EXPECT_TRUE(other.screen.chkPower.checked);
     other.cmdOK_Click();
-    EXPECT_FALSE(other.open);
+    EXPECT_TRUE(other.closed());
     EXPECT_TRUE(driver.recorded("Connect").empty());
     EXPECT_EQ(hex16(configuration.Interface.CardAddress), "C900");
 }
@@ -81,7 +81,7 @@ TEST_F(InterfaceSettingsTest, TheSameAddressChangesRateAndPowerOnly) {
     EXPECT_EQ(configuration.Interface.PowerOn, 1);
     EXPECT_TRUE(driver.calls.empty());
     EXPECT_TRUE(dialogs.boxes.empty());
-    EXPECT_FALSE(dialog.open);
+    EXPECT_TRUE(dialog.closed());
 }
 
 TEST_F(InterfaceSettingsTest, CancelChangesNothing) {
@@ -89,7 +89,7 @@ TEST_F(InterfaceSettingsTest, CancelChangesNothing) {
     choose_address(CA00);
     dialog.screen.chkPower.checked = true;
     dialog.cmdCancel_Click();
-    EXPECT_FALSE(dialog.open);
+    EXPECT_TRUE(dialog.closed());
     EXPECT_EQ(configuration.Interface.PollRate, 1000);
     EXPECT_EQ(configuration.Interface.PowerOn, 0);
     EXPECT_TRUE(driver.calls.empty());
@@ -154,7 +154,7 @@ TEST_F(InterfaceSettingsTest, ConnectsToAnotherCard) {
     choose_rate(500);
     dialog.cmdOK_Click();
 
-    EXPECT_FALSE(dialog.open);
+    EXPECT_TRUE(dialog.closed());
     EXPECT_EQ(connection(), "CA00 5 500 2 1 7 7VJA 0F 1.00 0 3 20");
     EXPECT_EQ(configuration.ZavConfig[19].TypeCode, Type7R);
     EXPECT_EQ(configuration.ZavConfig[7].TypeCode, NoDevice);
@@ -182,7 +182,7 @@ TEST_F(InterfaceSettingsTest, AFailedConnectionLeavesTheOldOneInUse) {
     EXPECT_EQ(connection(), before);
     EXPECT_EQ(dialogs.take_boxes(),
               (std::vector<ShownBox>{{"No Interface Card found at Address: CA00", 48, "KAVORIX"}}));
-    EXPECT_TRUE(dialog.open);
+    EXPECT_FALSE(dialog.closed());
     EXPECT_EQ(dialogs.pointer, Pointer::Default);
     driver.calls.clear();
     operations.cmdTrig_Click();
@@ -209,7 +209,7 @@ TEST_F(InterfaceSettingsTest, ConnectsAfterAStartWithoutACard) {
     EXPECT_EQ(other.screen.cboBaseAddr.index, -1);
     ASSERT_TRUE(other.screen.cboBaseAddr.select_code(C800));
     other.cmdOK_Click();
-    EXPECT_FALSE(other.open);
+    EXPECT_TRUE(other.closed());
     EXPECT_EQ(pods_with(rig->run_time.Link.PollTable.InPollTable), (std::vector{3, 8}));
     EXPECT_TRUE(operations.available(Command::SelectAll));
     EXPECT_TRUE(operations.available(Command::Delete) == false);  // nothing is selected
@@ -249,7 +249,7 @@ TEST_P(SaveQuestionTest, DecidesAboutTheConnection) {
     EXPECT_EQ(saved, c.saves ? 1 : 0);
     EXPECT_EQ(configuration.ConfigChanged, c.changed_after);
     EXPECT_EQ(driver.recorded("Connect").size(), c.connects ? 1U : 0U);
-    EXPECT_EQ(dialog.open, !c.connects);
+    EXPECT_EQ(dialog.closed(), c.connects);
 }
 
 INSTANTIATE_TEST_SUITE_P(All, SaveQuestionTest,
@@ -278,7 +278,7 @@ TEST_F(InterfaceSettingsTest, DoesNotConnectWhileSomethingUsesTheConnection) {
         dialogs.take_boxes(),
         (std::vector<ShownBox>{{"Cannot Connect:   Transmission in Progress", 48, "KAVORIX"}}));
     EXPECT_TRUE(driver.recorded("Connect").empty());
-    EXPECT_TRUE(dialog.open);
+    EXPECT_FALSE(dialog.closed());
 }
 
 TEST_F(InterfaceSettingsTest, NothingIsSentWhileItConnects) {

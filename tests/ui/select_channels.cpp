@@ -101,11 +101,11 @@ TEST_F(SelectChannelsTest, AComplaintKeepsItOpen) {
     dialog.cmdOK_Click();
     EXPECT_EQ(dialogs.take_boxes(), (std::vector<ShownBox>{{"Not these", 48, "KAVORIX"}}));
     EXPECT_EQ(dialogs.beeps, 1);
-    EXPECT_TRUE(dialog.open);
+    EXPECT_FALSE(dialog.closed());
     EXPECT_FALSE(dialog.accepted());
     complaint.clear();
     dialog.cmdOK_Click();
-    EXPECT_FALSE(dialog.open);
+    EXPECT_TRUE(dialog.closed());
     EXPECT_TRUE(dialog.accepted());
 }
 

@@ -178,9 +178,9 @@ TEST_F(StatusViewTest, NothingElseIsSentMeanwhile) {
 
 TEST_F(StatusViewTest, OkCloses) {
     view.Form_Load();
-    EXPECT_TRUE(view.open);
+    EXPECT_FALSE(view.closed());
     view.cmdOK_Click();
-    EXPECT_FALSE(view.open);
+    EXPECT_TRUE(view.closed());
 }
 
 }  // namespace

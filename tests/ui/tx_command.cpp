@@ -71,7 +71,7 @@ TEST_F(TxCommandTest, SendsTheTextWithASemicolonAndAwaitsResults) {
     EXPECT_EQ(pods_with(run_time.Link.Triggered), std::vector{3});
     EXPECT_EQ(dialog.screen.txtTxCmd.text, "");
     EXPECT_EQ(sent, Lines{"EN;TR;"});
-    EXPECT_TRUE(dialog.open);
+    EXPECT_FALSE(dialog.closed());
 }
 
 TEST_F(TxCommandTest, APodThatFailsIsNotAwaited) {
@@ -123,7 +123,7 @@ TEST_F(TxCommandTest, ArrowKeysCallUpWhatWasSent) {
 TEST_F(TxCommandTest, CancelSendsNothing) {
     type("TR");
     dialog.cmdCancel_Click();
-    EXPECT_FALSE(dialog.open);
+    EXPECT_TRUE(dialog.closed());
     EXPECT_TRUE(driver.recorded("Tx").empty());
 }
 

@@ -7,6 +7,7 @@
 #include <QEvent>
 #include <QGroupBox>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPointer>
 #include <QRadioButton>
 #include <QTableView>
@@ -68,7 +69,10 @@ void Binder::add(std::string_view name, TextField& field) {
 }
 
 void Binder::add(std::string_view name, ListBox& field) {
-    keep(make_binding(find<QComboBox>(name), field));
+    if (auto* const list = qobject_cast<QListWidget*>(&widget(name)))
+        keep(make_binding(*list, field));
+    else
+        keep(make_binding(find<QComboBox>(name), field));
 }
 
 void Binder::add(std::string_view name, Label& field) {
@@ -106,8 +110,27 @@ void Binder::on_click(std::string_view name, std::function<void()> handler) {
 }
 
 void Binder::on_choose(std::string_view name, std::function<void(int)> handler) {
-    connect(&find<QComboBox>(name), &QComboBox::activated, this,
-            [this, handler = std::move(handler)](int index) { run([&] { handler(index); }); });
+    const auto chosen = [this, handler = std::move(handler)](int index) {
+        run([&] { handler(index); });
+    };
+    if (auto* const list = qobject_cast<QListWidget*>(&widget(name)))
+        on_choose_in(*list, chosen);
+    else
+        connect(&find<QComboBox>(name), &QComboBox::activated, this, chosen);
+}
+
+// A press of the mouse makes another row the current one, or says that it is the same again.
+void Binder::on_choose_in(QListWidget& list, const std::function<void(int)>& chosen) {
+    const auto announced = std::make_shared<bool>(false);  // by the event that is being handled
+    connect(&list, &QListWidget::currentRowChanged, this, [this, chosen, announced](int row) {
+        if (row < 0) return;
+        *announced = true;
+        mirrors_.loop().call_later(0, [announced] { *announced = false; });
+        chosen(row);
+    });
+    connect(&list, &QListWidget::itemPressed, this, [&list, chosen, announced] {
+        if (!*announced) chosen(list.currentRow());
+    });
 }
 
 void Binder::on_edit(std::string_view name, std::function<void()> handler) {
@@ -123,6 +146,11 @@ void Binder::on_double_click(std::string_view name, std::function<void()> handle
     QWidget& target = widget(name);
     double_clicks_[&target] = std::move(handler);
     target.installEventFilter(this);
+    // Areas that scroll get the mouse's events inside.
+    if (auto* const area = qobject_cast<QAbstractScrollArea*>(&target)) {
+        double_clicks_[area->viewport()] = double_clicks_[&target];
+        area->viewport()->installEventFilter(this);
+    }
 }
 
 void Binder::focus_moved(QWidget* from, QWidget* to) {

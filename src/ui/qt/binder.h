@@ -21,6 +21,7 @@
 
 class QAbstractButton;
 class QAction;
+class QListWidget;
 class QWidget;
 
 namespace kavorix {
@@ -37,7 +38,9 @@ class Binding {
 // in the record before any handler runs. Which widget a field can have:
 //     Button        a push or tool button            CheckBox  a check box or checkable group
 //     OptionButton  a radio button                   TextField a line edit
-//     ListBox       a combo box                      Label     a label or StatusPanel
+//     ListBox       a combo box or list              Label     a label, StatusPanel or, for the
+//     text
+//                                                              in it, a progress bar
 //     Frame         a group box or any widget        Grid, GridSource  a table view
 //     MenuItem      an action
 // An empty tool tip in a record leaves the one of the .ui file. Elements of an array have the names
@@ -73,7 +76,7 @@ class Binder : public QObject, public Mirror {
     // focus stands in a field with a check (on_leave), the check comes first, and a refusal is the
     // end of the click.
     void on_click(std::string_view name, std::function<void()> handler);
-    // The operator chose an entry of a list: its index.
+    // The operator chose an entry of a list, be it the one that was chosen already: its index.
     void on_choose(std::string_view name, std::function<void(int)> handler);
     // The operator changed a text.
     void on_edit(std::string_view name, std::function<void()> handler);
@@ -92,6 +95,7 @@ class Binder : public QObject, public Mirror {
     template <class Widget>
     Widget& find(std::string_view name) const;
     void keep(std::unique_ptr<Binding> binding);
+    void on_choose_in(QListWidget& list, const std::function<void(int)>& chosen);
     void run(const std::function<void()>& handler) { mirrors_.loop().dispatch(handler); }
     void focus_moved(QWidget* from, QWidget* to);
     bool may_leave_for(QWidget& target);

@@ -8,6 +8,8 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
+#include <QProgressBar>
 #include <QRadioButton>
 #include <QSignalBlocker>
 #include <QTableView>
@@ -69,10 +71,19 @@ void show_field(QLineEdit& widget, const TextField& field) {
     show_state(widget, field);
 }
 
-bool same_entries(const QComboBox& widget, const ListBox& field) {
+QString entry_text(const QComboBox& widget, int index) {
+    return widget.itemText(index);
+}
+
+QString entry_text(const QListWidget& widget, int index) {
+    return widget.item(index)->text();
+}
+
+template <class Widget>
+bool same_entries(const Widget& widget, const ListBox& field) {
     if (widget.count() != static_cast<int>(field.entries.size())) return false;
     for (int i = 0; i < widget.count(); ++i)
-        if (widget.itemText(i) != to_qt(field.entries[static_cast<std::size_t>(i)].text))
+        if (entry_text(widget, i) != to_qt(field.entries[static_cast<std::size_t>(i)].text))
             return false;
     return true;
 }
@@ -83,6 +94,17 @@ void show_field(QComboBox& widget, const ListBox& field) {
         for (const ListEntry& entry : field.entries) widget.addItem(to_qt(entry.text));
     }
     widget.setCurrentIndex(field.index < widget.count() ? field.index : -1);
+    show_state(widget, field);
+}
+
+// What the record says is not announced as a choice of the operator.
+void show_field(QListWidget& widget, const ListBox& field) {
+    const QSignalBlocker quiet(widget);
+    if (!same_entries(widget, field)) {
+        widget.clear();
+        for (const ListEntry& entry : field.entries) widget.addItem(to_qt(entry.text));
+    }
+    widget.setCurrentRow(field.index < widget.count() ? field.index : -1);
     show_state(widget, field);
 }
 
@@ -107,6 +129,9 @@ void show_field(QWidget& widget, const Label& field) {
         panel->show_label(field);
     } else if (auto* const label = qobject_cast<QLabel*>(&widget)) {
         show_label_text(*label, field);
+        show_state(widget, field);
+    } else if (auto* const bar = qobject_cast<QProgressBar*>(&widget)) {
+        bar->setFormat(to_qt(field.caption));
         show_state(widget, field);
     }
 }
@@ -206,11 +231,14 @@ class TextBinding : public FieldBinding<QLineEdit, TextField> {
     }
 };
 
-class ListBinding : public FieldBinding<QComboBox, ListBox> {
+// `changed`: the widget's signal of another current entry.
+template <class Widget, auto changed>
+class ListBinding : public FieldBinding<Widget, ListBox> {
   public:
-    ListBinding(QComboBox& widget, ListBox& field) : FieldBinding(widget, field) {
-        QObject::connect(&widget, &QComboBox::currentIndexChanged, &widget,
-                         [this](int index) { take([=](ListBox& list) { list.index = index; }); });
+    ListBinding(Widget& widget, ListBox& field) : FieldBinding<Widget, ListBox>(widget, field) {
+        QObject::connect(&widget, changed, &widget, [this](int index) {
+            this->take([=](ListBox& list) { list.index = index; });
+        });
     }
 };
 
@@ -278,7 +306,11 @@ std::unique_ptr<Binding> make_binding(QLineEdit& widget, TextField& field) {
     return std::make_unique<TextBinding>(widget, field);
 }
 std::unique_ptr<Binding> make_binding(QComboBox& widget, ListBox& field) {
-    return std::make_unique<ListBinding>(widget, field);
+    return std::make_unique<ListBinding<QComboBox, &QComboBox::currentIndexChanged>>(widget, field);
+}
+std::unique_ptr<Binding> make_binding(QListWidget& widget, ListBox& field) {
+    return std::make_unique<ListBinding<QListWidget, &QListWidget::currentRowChanged>>(widget,
+                                                                                       field);
 }
 std::unique_ptr<Binding> make_binding(QWidget& widget, Label& field) {
     return std::make_unique<FieldBinding<QWidget, Label>>(widget, field);

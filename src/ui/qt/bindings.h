@@ -10,6 +10,7 @@ class QCheckBox;
 class QComboBox;
 class QGroupBox;
 class QLineEdit;
+class QListWidget;
 class QRadioButton;
 class QTableView;
 
@@ -23,6 +24,7 @@ std::unique_ptr<Binding> make_binding(QGroupBox& widget, CheckBox& field);
 std::unique_ptr<Binding> make_binding(QRadioButton& widget, OptionButton& field);
 std::unique_ptr<Binding> make_binding(QLineEdit& widget, TextField& field);
 std::unique_ptr<Binding> make_binding(QComboBox& widget, ListBox& field);
+std::unique_ptr<Binding> make_binding(QListWidget& widget, ListBox& field);
 std::unique_ptr<Binding> make_binding(QWidget& widget, Label& field);
 std::unique_ptr<Binding> make_binding(QWidget& widget, Frame& field);
 std::unique_ptr<Binding> make_binding(QTableView& widget, Grid& field);

@@ -21,7 +21,10 @@ class ChoosingDialog : public QFileDialog {
   public:
     ChoosingDialog(QtEventLoop& loop, Dialogs& dialogs, const FileRequest& request,
                    FileChoice choice)
-        : loop_(loop), dialogs_(dialogs), choice_(choice) {
+        : loop_(loop),
+          dialogs_(dialogs),
+          choice_(choice),
+          existing_welcome_(request.existing_welcome) {
         const bool saving = choice == FileChoice::Save;
         setWindowTitle(to_qt(request.title));
         setOption(DontConfirmOverwrite);
@@ -53,7 +56,7 @@ class ChoosingDialog : public QFileDialog {
                                  box::Ok | box::Exclamation, "KAVORIX");
             return false;
         }
-        return !exists ||
+        return !exists || existing_welcome_ ||
                dialogs_.message_box(shown + "\n\nThis file exists. Replace it?",
                                     box::YesNo | box::Question, "KAVORIX") == Answer::Yes;
     }
@@ -61,6 +64,7 @@ class ChoosingDialog : public QFileDialog {
     QtEventLoop& loop_;
     Dialogs& dialogs_;
     FileChoice choice_;
+    bool existing_welcome_;
 };
 
 }  // namespace

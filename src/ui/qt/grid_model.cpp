@@ -41,10 +41,18 @@ void GridModel::refresh() {
         numbers_.assign(source_.headings().size(), false);
         if (rows_ > 0) look_for_numbers(0);
         endResetModel();
-    } else if (!changed.empty()) {
+        return;
+    }
+    if (!changed.empty()) {
         cached_at_ = {};
         look_for_numbers(changed.front());
         announce(std::move(changed));
+    }
+    if (const int rows = source_.row_count(); rows > rows_) {
+        beginInsertRows({}, rows_, rows - 1);
+        look_for_numbers(rows_);
+        rows_ = rows;
+        endInsertRows();
     }
 }
 

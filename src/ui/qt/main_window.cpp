@@ -56,6 +56,7 @@ MainWindowHandlers handlers_of(Operations& operations) {
     handlers.pnlErr_DblClick = [&] { operations.pnlErr_DblClick(); };
     handlers.pnlButton_DblClick = [&](int stream) { operations.pnlButton_DblClick(stream); };
     handlers.unload_request = [&] { operations.unload_request(); };
+    handlers.mnuOperate_Click = [&] { operations.mnuOperate_Click(); };
     return handlers;
 }
 
@@ -118,6 +119,9 @@ void QtMainWindow::build_menus() {
         QMenu& menu = *menuBar()->addMenu(to_qt(entry.caption));
         menu.setObjectName(to_name(entry.name));
         binder_->add(*menu.menuAction(), entry.item(screen_));
+        if (entry.name == "mnuOperate" && handlers_.mnuOperate_Click)
+            connect(&menu, &QMenu::aboutToShow, this,
+                    [this] { mirrors_.loop().dispatch(handlers_.mnuOperate_Click); });
         fill_menu(menu, entry.children);
     }
 }

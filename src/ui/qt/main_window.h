@@ -22,7 +22,7 @@ namespace kavorix {
 
 class Operations;
 
-// What the window calls. Pods by index 0..49, streams 0..3. All of them are set.
+// What the window calls. Pods by index 0..49, streams 0..3. All but the last are set.
 struct MainWindowHandlers {
     std::function<void(Command)> run;  // a menu item
     std::function<void()> cmdTrig_Click;
@@ -37,6 +37,7 @@ struct MainWindowHandlers {
     std::function<void()> pnlErr_DblClick;
     std::function<void(int)> pnlButton_DblClick;
     std::function<void()> unload_request;
+    std::function<void()> mnuOperate_Click;  // the menu is about to open
 };
 MainWindowHandlers handlers_of(Operations& operations);
 

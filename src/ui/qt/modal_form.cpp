@@ -8,11 +8,15 @@ namespace kavorix {
 
 void ModalWindow::run(QWidget* over, const std::function<bool()>& closed,
                       std::function<void()> unload_request) {
+    open_over(over, std::move(unload_request));
+    mirrors_.loop().wait_until(closed);
+    hide();
+}
+
+void ModalWindow::open_over(QWidget* over, std::function<void()> unload_request) {
     unload_request_ = std::move(unload_request);
     setWindowModality(Qt::ApplicationModal);
     show_over(*this, over);
-    mirrors_.loop().wait_until(closed);
-    hide();
 }
 
 void ModalWindow::reject() {

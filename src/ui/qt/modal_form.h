@@ -22,6 +22,9 @@ class ModalWindow : public QDialog {
     void run(QWidget* over, const std::function<bool()>& closed,
              std::function<void()> unload_request);
 
+    // The same without waiting: shows the window, for whoever hides or destroys it.
+    void open_over(QWidget* over, std::function<void()> unload_request);
+
     void reject() override;
 
   private:

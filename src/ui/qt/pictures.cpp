@@ -2,6 +2,8 @@
 
 #include <QPainter>
 #include <QPainterPath>
+#include <QPixmapCache>
+#include <cmath>
 
 #include "ui/qt/glyphs.h"
 #include "ui/qt/theme.h"
@@ -129,6 +131,40 @@ void paint_file(QPainter& painter, const Inks& inks) {
     painter.drawLine(QPointF(28.3, 13.8), QPointF(32.8, 13.8));
 }
 
+void draw(QPainter& painter, double size, const PictureTraits& traits, const QPalette& palette) {
+    const Inks inks = inks_of(traits, palette);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(size / Field, size / Field);
+    if (traits.interface_card)
+        paint_card_body(painter, inks);
+    else
+        paint_pod_body(painter, traits, inks);
+    if (traits.logging) paint_file(painter, inks);
+    if (traits.selected) paint_tick(painter, inks);
+    if (traits.error)
+        paint_glyph(painter, QRectF(24, 22, 16, 16), Glyph::Warning, inks.signal.error);
+}
+
+// Many pods change their picture at every tick: each one is drawn once for its size and palette.
+QPixmap kept_picture(Picture picture, double size, double density, const QPalette& palette) {
+    const QString key = QString("kavorix picture %1 %2 %3 %4")
+                            .arg(static_cast<int>(picture))
+                            .arg(size)
+                            .arg(density)
+                            .arg(palette.cacheKey());
+    QPixmap kept;
+    if (QPixmapCache::find(key, &kept)) return kept;
+    const int pixels = static_cast<int>(std::ceil(size * density));
+    kept = QPixmap(pixels, pixels);
+    kept.setDevicePixelRatio(density);
+    kept.fill(Qt::transparent);
+    QPainter painter(&kept);
+    draw(painter, size, picture_traits(picture), palette);
+    painter.end();
+    QPixmapCache::insert(key, kept);
+    return kept;
+}
+
 }  // namespace
 
 PictureTraits picture_traits(Picture picture) {
@@ -179,22 +215,11 @@ std::string picture_words(Picture picture) {
 }
 
 void paint_picture(QPainter& painter, const QRectF& box, Picture picture, const QPalette& palette) {
-    const PictureTraits traits = picture_traits(picture);
-    const Inks inks = inks_of(traits, palette);
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    const double size = std::min(box.width(), box.height());
-    painter.translate(box.center() - QPointF(size, size) / 2);
-    painter.scale(size / Field, size / Field);
-    if (traits.interface_card)
-        paint_card_body(painter, inks);
-    else
-        paint_pod_body(painter, traits, inks);
-    if (traits.logging) paint_file(painter, inks);
-    if (traits.selected) paint_tick(painter, inks);
-    if (traits.error)
-        paint_glyph(painter, QRectF(24, 22, 16, 16), Glyph::Warning, inks.signal.error);
-    painter.restore();
+    const double size = std::floor(std::min(box.width(), box.height()));
+    const QPointF corner = box.center() - QPointF(size, size) / 2;
+    const QPointF whole(std::round(corner.x()), std::round(corner.y()));
+    painter.drawPixmap(whole,
+                       kept_picture(picture, size, painter.device()->devicePixelRatio(), palette));
 }
 
 }  // namespace kavorix

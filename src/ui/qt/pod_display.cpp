@@ -7,6 +7,7 @@
 #include <QPaintEvent>
 #include <QPainter>
 #include <QToolTip>
+#include <algorithm>
 
 #include "ui/qt/pictures.h"
 #include "ui/qt/pod_accessible.h"
@@ -80,6 +81,7 @@ PodDisplay::PodDisplay(QWidget* parent) : QWidget(parent) {
     install_pod_accessibility();
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
+    setAttribute(Qt::WA_OpaquePaintEvent);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
 
@@ -221,12 +223,29 @@ void PodDisplay::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const Inks inks(*this);
-    for (int strip = 0; strip < StripCount; ++strip)
-        if (event->region().intersects(inks.geometry.card(strip).toAlignedRect()))
-            paint_card(painter, strip, inks);
+    paint_ground(painter, event->region(), inks);
     for (int pod = 0; pod < MaxZavs; ++pod)
         if (event->region().intersects(inks.geometry.tile(pod).toAlignedRect()))
             paint_tile(painter, pod, inks);
+}
+
+// Single pods lie on the plain ground of their card; only when more is to be painted, the cards
+// with their edges are drawn.
+void PodDisplay::paint_ground(QPainter& painter, const QRegion& region, const Inks& inks) const {
+    const auto plain = [&](const QRect& part) {
+        for (int strip = 0; strip < StripCount; ++strip) {
+            QRectF inside = inks.geometry.card(strip).adjusted(1, CardRadius, -1, -CardRadius);
+            inside.setLeft(inks.geometry.row_name(strip, 0).right());
+            if (inside.contains(part)) return true;
+        }
+        return false;
+    };
+    if (std::all_of(region.begin(), region.end(), plain)) {
+        for (const QRect& part : region) painter.fillRect(part, inks.signal.panel);
+        return;
+    }
+    painter.fillRect(region.boundingRect(), inks.palette.color(QPalette::Window));
+    for (int strip = 0; strip < StripCount; ++strip) paint_card(painter, strip, inks);
 }
 
 void PodDisplay::paint_card(QPainter& painter, int strip, const Inks& inks) const {

@@ -58,6 +58,7 @@ class PodDisplay : public QWidget {
 
   private:
     struct Inks;
+    void paint_ground(QPainter& painter, const QRegion& region, const Inks& inks) const;
     void paint_card(QPainter& painter, int strip, const Inks& inks) const;
     void paint_tile(QPainter& painter, int pod, const Inks& inks) const;
     void paint_frame(QPainter& painter, int pod, const Inks& inks) const;

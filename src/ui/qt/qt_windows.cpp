@@ -1,10 +1,13 @@
 #include "ui/qt/qt_windows.h"
 
+#include <QApplication>
 #include <QDialog>
 
 #include "ui/qt/icons.h"
+#include "ui/qt/logging_windows.h"
 #include "ui/qt/qt_text.h"
-#include "ui/qt/stream0_window.h"
+#include "ui/qt/station_forms.h"
+#include "ui/qt/stream_windows.h"
 #include "ui/qt/window_placing.h"
 #include "ui_frmAbout.h"
 
@@ -28,10 +31,63 @@ void QtWindows::show_about(const AboutBox& about) {
     run_modal(mirrors_.loop(), dialog, window_in_front(main_window_));
 }
 
+QWidget* QtWindows::in_use() const {
+    QWidget* const active = QApplication::activeWindow();
+    return window_in_front(active ? active : main_window_.data());
+}
+
+template <class View>
+void QtWindows::open_view(std::int16_t stream, View& view) {
+    auto& window = stream_windows_[at(stream)];
+    if (!window) window = make_stream_window(view, mirrors_, memory_);
+    window->open_view();
+}
+
 void QtWindows::show_stream0() {
-    if (!stream0_window_)
-        stream0_window_ = std::make_unique<Stream0Window>(stream0_, mirrors_, memory_);
-    stream0_window_->open_view();
+    open_view(ReadingStream, stream0_);
+}
+
+void QtWindows::show_stream1(Stream1View& view) {
+    open_view(RequestStream, view);
+}
+
+void QtWindows::show_stream2(Stream2View& view) {
+    open_view(EventStream, view);
+}
+
+void QtWindows::show_stream3(Stream3View& view) {
+    open_view(TextStream, view);
+}
+
+void QtWindows::show_interface_settings(InterfaceSettingsDialog& dialog) {
+    run_form(dialog, mirrors_, in_use());
+}
+
+void QtWindows::show_status(StatusView& view) {
+    run_form(view, mirrors_, in_use());
+}
+
+void QtWindows::show_tx_command(TxCommandDialog& dialog) {
+    run_form(dialog, mirrors_, in_use());
+}
+
+void QtWindows::show_select_channels(SelectChannelsDialog& dialog) {
+    run_form(dialog, mirrors_, in_use());
+}
+
+void QtWindows::show_log_setup(LogSetup& rules) {
+    run_log_setup(mirrors_, rules, window_in_front(main_window_));
+}
+
+void QtWindows::show_csv_conversion(CsvDialog& rules) {
+    run_csv_conversion(mirrors_, rules, window_in_front(main_window_));
+}
+
+void QtWindows::show_csv_progress(CsvProgress& rules, bool open) {
+    csv_progress_.reset();
+    if (open)
+        csv_progress_ =
+            std::make_unique<CsvProgressWindow>(mirrors_, rules, window_in_front(main_window_));
 }
 
 }  // namespace kavorix

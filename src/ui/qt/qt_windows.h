@@ -4,6 +4,7 @@
 
 #include <QPointer>
 #include <QWidget>
+#include <array>
 #include <memory>
 
 #include "ui/operations.h"
@@ -13,7 +14,8 @@
 
 namespace kavorix {
 
-class Stream0Window;
+class CsvProgressWindow;
+class StreamWindow;
 
 class QtWindows : public Windows {
   public:
@@ -25,13 +27,29 @@ class QtWindows : public Windows {
 
     void show_about(const AboutBox& about) override;
     void show_stream0() override;
+    void show_stream1(Stream1View& view) override;
+    void show_stream2(Stream2View& view) override;
+    void show_stream3(Stream3View& view) override;
+    void show_interface_settings(InterfaceSettingsDialog& dialog) override;
+    void show_status(StatusView& view) override;
+    void show_tx_command(TxCommandDialog& dialog) override;
+    void show_select_channels(SelectChannelsDialog& dialog) override;
+    void show_log_setup(LogSetup& rules) override;
+    void show_csv_conversion(CsvDialog& rules) override;
+    void show_csv_progress(CsvProgress& rules, bool open) override;
 
   private:
+    template <class View>
+    void open_view(std::int16_t stream, View& view);
+    // The window that is in use: where a modal one belongs.
+    QWidget* in_use() const;
+
     Mirrors& mirrors_;
     Stream0View& stream0_;
     WindowMemory memory_;
     QPointer<QWidget> main_window_;
-    std::unique_ptr<Stream0Window> stream0_window_;
+    std::array<std::unique_ptr<StreamWindow>, StreamCount> stream_windows_;
+    std::unique_ptr<CsvProgressWindow> csv_progress_;
 };
 
 }  // namespace kavorix

@@ -62,7 +62,7 @@ QSize StatusPanel::sizeHint() const {
     return {kind_ == Message  ? 320
             : kind_ == Stream ? 96
                               : 112,
-            2 * (fontMetrics().height() + Edge + 3)};
+            2 * (fontMetrics().height() + Edge + 4)};
 }
 
 QColor StatusPanel::accent() const {

@@ -97,19 +97,6 @@ void wait_for(long microseconds) {
     }
 }
 
-// Takes what is written and keeps nothing.
-class NullFile : public File {
-  public:
-    std::size_t read(std::span<char>) override { return 0; }
-    std::size_t read_at(std::uint64_t, std::span<char>) override { return 0; }
-    void write(std::string_view) override {}
-    void write_at(std::uint64_t, std::string_view) override {}
-    std::uint64_t size() override { return 0; }
-    void truncate(std::uint64_t) override {}
-    void sync() override {}
-    void close() override {}
-};
-
 class Unwatched : public CsvWatcher {
   public:
     void progress(int) override {}
@@ -122,9 +109,8 @@ CsvResult convert(Files& files, const std::string& path) {
     CsvPlan plan;
     plan.Pods = read_log_contents(*log).Pods;
     plan.Selection = select_all(plan.Pods);
-    NullFile nowhere;
     Unwatched watcher;
-    return CsvConverter(*log, nowhere, plan, watcher).convert();
+    return CsvConverter(*log, [](std::string_view) {}, plan, watcher).convert();
 }
 
 class KillTest {

@@ -10,6 +10,8 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTableView>
@@ -244,6 +246,86 @@ TEST_F(BinderTest, LabelsFollowANewPalette) {
     mirrors.refresh();
     EXPECT_EQ(find<QLabel>("lblPods").palette().color(QPalette::WindowText), QColor(1, 2, 3));
     QApplication::setPalette(before);
+}
+
+class ListInAWindow : public testing::Test {
+  protected:
+    ListInAWindow() {
+        widget.setObjectName("lstPods");
+        layout.addWidget(&widget);
+        binder.add("lstPods", pods);
+        binder.on_choose("lstPods", [this](int index) {
+            chosen.push_back(std::to_string(index) + "=" + std::to_string(pods.code()));
+        });
+        form.show();
+    }
+    void press(int row) {
+        QTest::mouseClick(widget.viewport(), Qt::LeftButton, Qt::NoModifier,
+                          widget.visualItemRect(widget.item(row)).center());
+        loop.process_events(0);
+    }
+
+    QtEventLoop loop;
+    Mirrors mirrors{loop};
+    ListBox pods{{{"ZAV 3", 3}, {"ZAV 7", 7}, {"ZAV 9", 9}}, 1};
+    std::vector<std::string> chosen;
+    QWidget form;
+    QVBoxLayout& layout = *new QVBoxLayout(&form);
+    QListWidget& widget = *new QListWidget(&form);
+    Binder binder{mirrors, form};
+};
+
+TEST_F(ListInAWindow, ShowsTheRecordAndFollowsIt) {
+    EXPECT_EQ(widget.count(), 3);
+    EXPECT_EQ(widget.currentRow(), 1);
+    EXPECT_TRUE(widget.item(1)->isSelected());
+    const ListBox other = pods = {{{"ZAV 9", 9}, {"ZAV 7", 7}}, 0, false};
+    mirrors.refresh();
+    EXPECT_EQ(widget.count(), 2);
+    EXPECT_EQ(widget.currentItem()->text(), "ZAV 9");
+    EXPECT_FALSE(widget.isEnabled());
+    pods.index = -1;
+    mirrors.refresh();
+    EXPECT_EQ(widget.currentRow(), -1);
+    EXPECT_EQ(pods.entries, other.entries);
+    EXPECT_EQ(chosen, std::vector<std::string>());  // nobody has chosen anything
+}
+
+TEST_F(ListInAWindow, ChoiceIsInTheRecordBeforeTheHandlerRunsOnce) {
+    press(2);
+    QTest::keyClick(&widget, Qt::Key_Up);
+    EXPECT_EQ(chosen, (std::vector<std::string>{"2=9", "1=7"}));
+}
+
+TEST_F(ListInAWindow, ChosenEntryCanBeChosenAgain) {
+    press(1);
+    press(0);
+    press(0);
+    EXPECT_EQ(chosen, (std::vector<std::string>{"1=7", "0=3", "0=3"}));
+}
+
+TEST_F(ListInAWindow, IsDoubleClickedInside) {
+    int count = 0;
+    binder.on_double_click("lstPods", [&] { ++count; });
+    QTest::mouseDClick(widget.viewport(), Qt::LeftButton, Qt::NoModifier,
+                       widget.visualItemRect(widget.item(0)).center());
+    EXPECT_EQ(count, 1);
+}
+
+TEST(BinderOfAProgressBar, ShowsTheCaptionInTheBar) {
+    QtEventLoop loop;
+    Mirrors mirrors(loop);
+    QWidget form;
+    QProgressBar bar(&form);
+    bar.setObjectName("picProgress");
+    bar.setValue(40);
+    Binder binder(mirrors, form);
+    Label label{"39%"};
+    binder.add("picProgress", label);
+    EXPECT_EQ(bar.text(), "39%");
+    label.caption = "40%";
+    mirrors.refresh();
+    EXPECT_EQ(bar.text(), "40%");
 }
 
 class LeavingAField : public BinderTest {

@@ -9,16 +9,11 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include "ui/qt/open_window.h"
 #include "ui/qt/qt_windows.h"
 
 namespace kavorix::test {
 namespace {
-
-QWidget* open_window(const char* name) {
-    for (QWidget* window : QApplication::topLevelWidgets())
-        if (window->objectName() == name && window->isVisible()) return window;
-    return nullptr;
-}
 
 class QtWindowsTest : public testing::Test {
   protected:

@@ -1,0 +1,47 @@
+#include "ui/qt/qt_graph.h"
+
+#include "link/error_log.h"
+#include "ui/qt/graph_setup_dialog.h"
+#include "ui/qt/graph_window.h"
+#include "ui/qt/window_placing.h"
+
+namespace kavorix {
+
+QtGraph::QtGraph(const Surroundings& surroundings) : with_(surroundings) {
+    with_.page.set_printing({[this] { set_up_printer(); }, [this] { print(); }});
+}
+
+QtGraph::~QtGraph() {
+    with_.page.set_printing({});
+}
+
+void QtGraph::show_graph_setup() {
+    show_graph_setup_dialog(with_.setup, with_.mirrors, window_in_front(main_window_));
+}
+
+void QtGraph::show_graph() {
+    if (!window_)
+        window_ = std::make_unique<QtGraphWindow>(
+            QtGraphWindow::Surroundings{with_.page, with_.graph, with_.controls, with_.mirrors,
+                                        with_.dialogs, with_.files, with_.memory});
+    window_->open_window();
+}
+
+void QtGraph::close_graph() {
+    if (window_) window_->close_window();
+}
+
+void QtGraph::set_up_printer() {
+    printer_.set_up(with_.mirrors.loop(), window_in_front(main_window_));
+}
+
+void QtGraph::print() {
+    if (!window_ || !printer_.choose(with_.mirrors.loop(), window_.get())) return;
+    bool printed = false;
+    window_->on_paper([&](GraphCanvas& canvas) { printed = printer_.print(canvas); });
+    if (!printed)
+        with_.dialogs.message_box("The printer does not take the graph.", box::Exclamation,
+                                  ProgramName);
+}
+
+}  // namespace kavorix

@@ -1,0 +1,56 @@
+#pragma once
+
+// The windows of the graph: set-up, graph, printer.
+
+#include <QPointer>
+#include <QWidget>
+#include <memory>
+
+#include "graphs/graph_controls.h"
+#include "graphs/graph_setup.h"
+#include "graphs/live_graph.h"
+#include "platform/dialogs.h"
+#include "platform/files.h"
+#include "ui/qt/graph_files.h"
+#include "ui/qt/mirrors.h"
+#include "ui/qt/window_memory.h"
+
+namespace kavorix {
+
+class QtGraphWindow;
+
+// Also what the drawing layer does about printers: a page is printed through the system's dialog,
+// on white paper whatever the palette of the screen.
+class QtGraph : public GraphWindow {
+  public:
+    // All of it outlives the windows.
+    struct Surroundings {
+        PagePlot& page;
+        LiveGraph& graph;
+        GraphSetup& setup;
+        GraphControls& controls;
+        Mirrors& mirrors;
+        Dialogs& dialogs;
+        Files& files;
+        const WindowMemory& memory;
+    };
+    explicit QtGraph(const Surroundings& surroundings);
+    ~QtGraph() override;
+
+    void set_main_window(QWidget* window) { main_window_ = window; }
+
+    void show_graph_setup();
+    void show_graph() override;
+    void close_graph() override;
+
+  private:
+    void set_up_printer();
+    void print();
+
+    Surroundings with_;
+    QPointer<QWidget> main_window_;
+    GraphPrinter printer_;
+    std::unique_ptr<QtGraphWindow> window_;
+};
+
+}  // namespace kavorix

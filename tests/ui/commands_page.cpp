@@ -1,0 +1,60 @@
+// The user guide's page of commands is the table of availability in words.
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "support/ui_rig.h"
+
+namespace kavorix::test {
+namespace {
+
+std::string without_marks(std::string_view caption) {
+    std::string text(caption);
+    std::erase(text, '&');
+    return text;
+}
+
+std::string when(Conditions conditions) {
+    std::string text;
+    for (const Condition* condition : conditions)
+        text += (text.empty() ? "" : "; ") + std::string(condition->text);
+    return text.empty() ? "always" : text;
+}
+
+// "| Config > Save | `mnuConfigItem(4)` | conditions |" for every item.
+void add_rows(std::span<const MenuEntry> entries, const std::string& path, Lines& rows) {
+    for (const MenuEntry& entry : entries) {
+        if (entry.separator()) continue;
+        const std::string own = path + without_marks(entry.caption);
+        if (entry.command != Command::None)
+            rows.push_back("| " + own + " | `" + std::string(entry.name) + "` | " +
+                           when(needs(entry.command)) + " |");
+        add_rows(entry.children, own + " > ", rows);
+    }
+}
+
+TEST(CommandsPage, PrintsTheTable) {
+    Lines rows;
+    const MainScreen screen;
+    for (const ButtonEntry& entry : buttons())
+        rows.push_back("| " + without_marks((screen.*entry.button).caption) + " | `" +
+                       std::string(entry.name) + "` | " + when(needs(entry.command)) + " |");
+    for (const MenuEntry& menu : menu_bar())
+        rows.push_back("| " + without_marks(menu.caption) + " | `" + std::string(menu.name) +
+                       "` | " + when(menu_needs(menu.name)) + " |");
+    add_rows(menu_bar(), "", rows);
+
+    std::ifstream page(KAVORIX_SOURCE_DIR "/docs/commands.md");
+    Lines lines;
+    for (std::string line; std::getline(page, line);)
+        if (line.find("| `") != std::string::npos) lines.push_back(line);
+    ASSERT_EQ(lines.size(), rows.size());
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        EXPECT_TRUE(lines[i].starts_with(rows[i])) << rows[i] << "\n" << lines[i];
+        EXPECT_GT(lines[i].size(), rows[i].size() + 10) << "says what it does: " << lines[i];
+    }
+}
+
+}  // namespace
+}  // namespace kavorix::test
