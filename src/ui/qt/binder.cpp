@@ -129,7 +129,7 @@ void Binder::on_choose_in(QListWidget& list, const std::function<void(int)>& cho
         chosen(row);
     });
     connect(&list, &QListWidget::itemPressed, this, [&list, chosen, announced] {
-        if (!*announced) chosen(list.currentRow());
+        if (!std::exchange(*announced, false)) chosen(list.currentRow());
     });
 }
 
