@@ -259,7 +259,7 @@ TEST_F(ConversionWindow, ProgressIsShownAndCancelStops) {
 }
 
 TEST_F(ConversionWindow, ScreenFollowsWithoutHelpMeanwhile) {
-    write_sample_scans(*files, log_path, 12U << 20U);
+    write_sample_scans(*files, log_path, 24U << 20U);
     dialogs.choose(log_path);
     std::set<QString> shown;
     const std::function<void()> look = [&] {
@@ -273,7 +273,7 @@ TEST_F(ConversionWindow, ScreenFollowsWithoutHelpMeanwhile) {
         press("cmdConvert");
         press("cmdClose");
     });
-    EXPECT_GT(shown.size(), 3U);
+    EXPECT_GT(shown.size(), 1U);  // "0%" alone when nobody refreshes it
 }
 
 TEST_F(ConversionWindow, ClosingAWindowStopsTheConversionFirst) {
