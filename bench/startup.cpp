@@ -53,8 +53,8 @@ int child(const std::string& what, int argc, char** argv) {
 
 // Runs this program as a child; the stages in milliseconds since its start.
 std::map<std::string, double> start(const char* what) {
-    const std::string command =
-        "QT_QPA_PLATFORM=offscreen exec /proc/" + std::to_string(getpid()) + "/exe --child " + what + " 2>/dev/null";
+    const std::string command = "QT_QPA_PLATFORM=offscreen exec /proc/" + std::to_string(getpid()) +
+                                "/exe --child " + what + " 2>/dev/null";
     const long long begun = now_us();
     FILE* pipe = popen(command.c_str(), "r");
     std::map<std::string, double> stages;

@@ -40,7 +40,7 @@ std::string kind_text(const LogContents& contents) {
     text += contents.Runs == 1 ? ", 1 run" : ", " + std::to_string(contents.Runs) + " runs";
     text += ", begun " + date.substr(0, 4) + "-" + date.substr(4, 2) + "-" + date.substr(6);
     const std::string_view comment = trim(contents.Comment);
-    return comment.empty() ? text : text + ": " + caption_of(comment);
+    return comment.empty() ? text : text + ": " + std::string(comment);
 }
 
 }  // namespace

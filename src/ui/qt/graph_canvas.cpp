@@ -108,8 +108,7 @@ GraphCanvas::GraphCanvas(const PagePlot& page, GraphControls& controls, QWidget*
 void GraphCanvas::update_graph() {
     controls_.refresh();
     if (!page_.drawn()) return;
-    if (std::exchange(graph_shown_, page_.graph_number()) != page_.graph_number())
-        lines_->forget();
+    if (std::exchange(graph_shown_, page_.graph_number()) != page_.graph_number()) lines_->forget();
     if (std::exchange(page_shown_, page_.revision()) != page_.revision()) take_over_page();
     const bool cursors_moved =
         std::exchange(cursors_shown_, controls_.cursor_revision()) != controls_.cursor_revision();
@@ -403,9 +402,9 @@ bool GraphCanvas::event(QEvent* event) {
     const int entry = legend_->entry_at(help->pos());
     const auto& names = page_.picture().legend;
     if (entry >= 0 && entry < static_cast<int>(names.size()))
-        QToolTip::showText(help->globalPos(),
-                           to_qt(names[static_cast<std::size_t>(entry)]) + "\nClick to hide or show",
-                           this);
+        QToolTip::showText(
+            help->globalPos(),
+            to_qt(names[static_cast<std::size_t>(entry)]) + "\nClick to hide or show", this);
     else
         QToolTip::hideText();
     return true;
@@ -415,20 +414,13 @@ void GraphCanvas::keyPressEvent(QKeyEvent* event) {
     static constexpr struct {
         int key;
         GraphKey means;
-    } Keys[] = {{Qt::Key_Left, GraphKey::Left},
-                {Qt::Key_Right, GraphKey::Right},
-                {Qt::Key_PageUp, GraphKey::PageLeft},
-                {Qt::Key_PageDown, GraphKey::PageRight},
-                {Qt::Key_Up, GraphKey::Up},
-                {Qt::Key_Down, GraphKey::Down},
-                {Qt::Key_Plus, GraphKey::ZoomIn},
-                {Qt::Key_Equal, GraphKey::ZoomIn},
-                {Qt::Key_Minus, GraphKey::ZoomOut},
-                {Qt::Key_F, GraphKey::Follow},
-                {Qt::Key_End, GraphKey::Follow},
-                {Qt::Key_Space, GraphKey::Pause},
-                {Qt::Key_Home, GraphKey::All},
-                {Qt::Key_X, GraphKey::OtherCursor}};
+    } Keys[] = {{Qt::Key_Left, GraphKey::Left},       {Qt::Key_Right, GraphKey::Right},
+                {Qt::Key_PageUp, GraphKey::PageLeft}, {Qt::Key_PageDown, GraphKey::PageRight},
+                {Qt::Key_Up, GraphKey::Up},           {Qt::Key_Down, GraphKey::Down},
+                {Qt::Key_Plus, GraphKey::ZoomIn},     {Qt::Key_Equal, GraphKey::ZoomIn},
+                {Qt::Key_Minus, GraphKey::ZoomOut},   {Qt::Key_F, GraphKey::Follow},
+                {Qt::Key_End, GraphKey::Follow},      {Qt::Key_Space, GraphKey::Pause},
+                {Qt::Key_Home, GraphKey::All},        {Qt::Key_X, GraphKey::OtherCursor}};
     for (const auto& row : Keys)
         if (row.key == event->key()) {
             run([&] {

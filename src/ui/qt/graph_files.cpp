@@ -69,9 +69,7 @@ FileRequest graph_file_request() {
     return {"Export Graph",
             "PNG picture(*.png)|*.png|SVG drawing(*.svg)|*.svg|PDF document(*.pdf)|*.pdf|"
             "CSV values(*.csv)|*.csv",
-            "png",
-            "",
-            ""};
+            "png", "", ""};
 }
 
 std::optional<std::string> save_graph(GraphCanvas& canvas, Files& files, const std::string& path,

@@ -62,8 +62,7 @@ void GraphLines::draw_polylines(QCPPainter& painter, const TrendColumns& columns
         if (looks[line].hidden) continue;
         painter.setPen(QPen(QColor::fromRgb(looks[line].rgb), LineWidth, Qt::SolidLine,
                             Qt::RoundCap, Qt::RoundJoin));
-        for (const Polyline& piece :
-             trace(columns, static_cast<int>(line), to, looks[line].dash)) {
+        for (const Polyline& piece : trace(columns, static_cast<int>(line), to, looks[line].dash)) {
             polygon.clear();
             for (const PlotPoint& point : piece)
                 polygon << QPointF(frame_.area.left() + point.x / ratio,

@@ -32,9 +32,8 @@ void bind(Binder& binder, GraphSetup& setup, QDialog& dialog) {
     binder.on_click("optTrend", [&] { setup.optTrend_Click(); });
     binder.on_click("optBar", [&] { setup.optBar_Click(); });
     const auto checked = [&](const char* name, bool (GraphSetup::*check)(std::string_view)) {
-        binder.on_leave(name, [&setup, check](std::string_view next) {
-            return (setup.*check)(next);
-        });
+        binder.on_leave(name,
+                        [&setup, check](std::string_view next) { return (setup.*check)(next); });
     };
     checked("spinHours", &GraphSetup::txtHours_LostFocus);
     checked("spinMinutes", &GraphSetup::txtMinutes_LostFocus);

@@ -49,7 +49,8 @@ void run_form(InterfaceSettingsDialog& rules, Mirrors& mirrors, QWidget* over) {
     ModalForm<Ui::frmConfigAdap> form(mirrors, rules.screen);
     form.binder.on_click("cmdOK", [&] { rules.cmdOK_Click(); });
     form.binder.on_click("cmdCancel", [&] { rules.cmdCancel_Click(); });
-    form.run(over, [&] { return rules.closed(); }, [&] { rules.cmdCancel_Click(); });
+    form.run(
+        over, [&] { return rules.closed(); }, [&] { rules.cmdCancel_Click(); });
 }
 
 void run_form(StatusView& rules, Mirrors& mirrors, QWidget* over) {
@@ -62,7 +63,8 @@ void run_form(StatusView& rules, Mirrors& mirrors, QWidget* over) {
     show_report(*form.ui.txtZAVStat, rules.screen.txtZAVStat.text, header.sizeHint().width());
     show_report(*form.ui.txtAdapStat, rules.screen.txtAdapStat.text, 0);
     form.binder.on_click("cmdOK", [&] { rules.cmdOK_Click(); });
-    form.run(over, [&] { return rules.closed(); }, [&] { rules.cmdOK_Click(); });
+    form.run(
+        over, [&] { return rules.closed(); }, [&] { rules.cmdOK_Click(); });
 }
 
 void run_form(TxCommandDialog& rules, Mirrors& mirrors, QWidget* over) {
@@ -83,7 +85,8 @@ void run_form(TxCommandDialog& rules, Mirrors& mirrors, QWidget* over) {
     };
     on_key(Qt::Key_Up, &TxCommandDialog::history_older);
     on_key(Qt::Key_Down, &TxCommandDialog::history_newer);
-    form.run(over, [&] { return rules.closed(); }, [&] { rules.cmdCancel_Click(); });
+    form.run(
+        over, [&] { return rules.closed(); }, [&] { rules.cmdCancel_Click(); });
 }
 
 void run_form(SelectChannelsDialog& rules, Mirrors& mirrors, QWidget* over) {
@@ -97,7 +100,8 @@ void run_form(SelectChannelsDialog& rules, Mirrors& mirrors, QWidget* over) {
     form.binder.on_click("cmdNone", [&] { rules.cmdNone_Click(); });
     form.binder.on_click("cmdOK", [&] { rules.cmdOK_Click(); });
     form.binder.on_click("cmdCancel", [&] { rules.cmdCancel_Click(); });
-    form.run(over, [&] { return rules.closed(); }, [&] { rules.cmdCancel_Click(); });
+    form.run(
+        over, [&] { return rules.closed(); }, [&] { rules.cmdCancel_Click(); });
 }
 
 }  // namespace kavorix

@@ -8,8 +8,7 @@
 namespace kavorix {
 
 StreamWindow::StreamWindow(std::function<void()> load, std::function<void()> unload,
-                           const std::string& caption, Mirrors& mirrors,
-                           const WindowMemory& memory)
+                           const std::string& caption, Mirrors& mirrors, const WindowMemory& memory)
     : QDialog(nullptr, Qt::Window),
       load_view_(std::move(load)),
       unload_view_(std::move(unload)),
