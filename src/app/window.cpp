@@ -36,6 +36,7 @@ class WindowStation {
                   memory_path(directory_)) {
         dialogs_.set_main_window(&window_);
         windows_.set_main_window(&window_);
+        windows_.set_graph(station_.graph, dialogs_, *files_);
     }
 
     int run() {

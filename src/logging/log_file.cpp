@@ -116,8 +116,8 @@ void LogFile::start(std::int16_t kind) {
     log.*of.Index = -1;
     if (kind == ScanLog) {
         for (const LoggedPod& pod : header.Pods)
-            log.ScanChannelTotal =
-                static_cast<std::int16_t>(log.ScanChannelTotal + static_cast<int>(pod.Channels.size()));
+            log.ScanChannelTotal = static_cast<std::int16_t>(log.ScanChannelTotal +
+                                                             static_cast<int>(pod.Channels.size()));
         log.ScanLogInterval = log.ScanIntervalChoice > 0 ? log.ScanIntervalChoice
                                                          : with_.configuration.Interface.PollRate;
     }

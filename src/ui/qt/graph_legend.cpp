@@ -13,7 +13,7 @@ constexpr double SampleHeight = 3;
 constexpr double Gap = 8;
 constexpr double LinePadding = 6;  // of a legend line, above and below its text together
 constexpr double HiddenOpacity = 0.35;
-constexpr double Reach = 6;     // pixels around a cursor's line
+constexpr double Reach = 6;      // pixels around a cursor's line
 constexpr double FlagSize = 18;  // of a cursor's letter
 constexpr double DotSize = 3.5;
 
@@ -52,9 +52,9 @@ void GraphLegend::draw(QCPPainter* painter) {
             mark.setAlphaF(0.14F);
             painter->setPen(Qt::NoPen);
             painter->setBrush(mark);
-            painter->drawRoundedRect(QRectF(places[i].left + 2, places[i].top, places[i].width - 4,
-                                            places[i].height),
-                                     4, 4);
+            painter->drawRoundedRect(
+                QRectF(places[i].left + 2, places[i].top, places[i].width - 4, places[i].height), 4,
+                4);
         }
         draw_entry(*painter, places[i], looks[i], to_qt(page_.picture().legend[i]));
     }
@@ -69,7 +69,8 @@ void GraphLegend::draw_entry(QCPPainter& painter, const PixelBox& cell, const Li
     painter.setOpacity(look.hidden ? HiddenOpacity : 1);
     draw_sample(painter, sample, look);
     QFont font = mParentPlot->font();
-    if (cell.height < QFontMetricsF(font).height()) font.setPixelSize(std::max(6, static_cast<int>(cell.height) - 2));
+    if (cell.height < QFontMetricsF(font).height())
+        font.setPixelSize(std::max(6, static_cast<int>(cell.height) - 2));
     font.setStrikeOut(look.hidden);
     painter.setFont(font);
     painter.setPen(QColor::fromRgb(page_.picture().text_rgb));

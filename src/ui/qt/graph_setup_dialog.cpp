@@ -32,9 +32,8 @@ void bind(Binder& binder, GraphSetup& setup, QDialog& dialog) {
     binder.on_click("optTrend", [&] { setup.optTrend_Click(); });
     binder.on_click("optBar", [&] { setup.optBar_Click(); });
     const auto checked = [&](const char* name, bool (GraphSetup::*check)(std::string_view)) {
-        binder.on_leave(name, [&setup, check](std::string_view next) {
-            return (setup.*check)(next);
-        });
+        binder.on_leave(name,
+                        [&setup, check](std::string_view next) { return (setup.*check)(next); });
     };
     checked("spinHours", &GraphSetup::txtHours_LostFocus);
     checked("spinMinutes", &GraphSetup::txtMinutes_LostFocus);
@@ -54,7 +53,6 @@ void show_graph_setup_dialog(GraphSetup& setup, Mirrors& mirrors, QWidget* over)
     Ui::frmQCSetup ui;
     ui.setupUi(&dialog);
     set_up_spinners(ui, setup, mirrors);
-    setup.Form_Load();
     Binder binder(mirrors, dialog);
     bind(binder, setup, dialog);
     run_modal(mirrors.loop(), dialog, over);

@@ -14,6 +14,9 @@
 namespace kavorix {
 
 class CsvProgressWindow;
+class Files;
+class QtGraph;
+class StationGraph;
 class Stream0Window;
 
 class QtWindows : public Windows {
@@ -22,12 +25,18 @@ class QtWindows : public Windows {
     QtWindows(Mirrors& mirrors, Stream0View& stream0, const QString& memory_path);
     ~QtWindows() override;
 
-    void set_main_window(QWidget* window) { main_window_ = window; }
+    void set_main_window(QWidget* window);
+
+    // Gives the station's graph its windows; without, it has none. All outlive these windows.
+    void set_graph(StationGraph& graph, Dialogs& dialogs, Files& files);
 
     void show_about(const AboutBox& about) override;
     void show_stream0() override;
     void show_log_setup(LogSetup& rules) override;
     void show_csv_conversion(CsvDialog& rules) override;
+    void show_graph_setup(GraphSetup& rules) override;
+    void show_graph() override;
+    void close_graph() override;
     void show_csv_progress(CsvProgress& rules, bool open) override;
 
   private:
@@ -37,6 +46,7 @@ class QtWindows : public Windows {
     QPointer<QWidget> main_window_;
     std::unique_ptr<Stream0Window> stream0_window_;
     std::unique_ptr<CsvProgressWindow> csv_progress_;
+    std::unique_ptr<QtGraph> graph_;
 };
 
 }  // namespace kavorix

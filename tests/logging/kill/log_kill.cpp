@@ -110,7 +110,9 @@ CsvResult convert(Files& files, const std::string& path) {
     plan.Pods = read_log_contents(*log).Pods;
     plan.Selection = select_all(plan.Pods);
     Unwatched watcher;
-    return CsvConverter(*log, [](std::string_view) {}, plan, watcher).convert();
+    return CsvConverter(
+               *log, [](std::string_view) {}, plan, watcher)
+        .convert();
 }
 
 class KillTest {
