@@ -52,6 +52,7 @@ int run_command_line(int argc, const char* const* argv, const ProgramSurrounding
     add_status(line);
     add_convert(line);
     add_info(line);
+    add_plot(line);
     add_check(line);
     add_statements(line);
     add_rewrite(line);

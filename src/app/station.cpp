@@ -35,6 +35,8 @@ Station::Station(const Surroundings& surroundings)
       stream1(link_surroundings(), operations, choose_channels()),
       stream2(run_time, with_.loop),
       stream3(run_time),
+      graph({run_time, configuration, with_.loop, with_.dialogs, failures_, operations,
+             with_.windows}),
       pod_errors_(error_log_, run_time.Link, screen, configuration.Interface),
       decoder_(link_surroundings(), link, pod_errors_),
       poll_cycle_(link_surroundings(), link, decoder_, *this) {
@@ -43,6 +45,7 @@ Station::Station(const Surroundings& surroundings)
     register_log_commands();
     register_link_commands();
     register_view_commands();
+    register_graph_commands();
     operations.CheckItems();
 }
 
@@ -133,6 +136,15 @@ void Station::set_up_pods_in(PodSetupWindows& windows) {
                             }});
     });
     operations.CheckItems();
+}
+
+void Station::register_graph_commands() {
+    operations.on(Command::GraphSetup, [this] {
+        graph.setup.Form_Load();
+        with_.windows.show_graph_setup(graph.setup);
+    });
+    operations.on(Command::ViewGraph, [this] { graph.live.view_graph(); });
+    operations.on(Command::PrinterSetup, [this] { graph.live.printer_setup(); });
 }
 
 void Station::set_up_interface() {

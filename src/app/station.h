@@ -8,6 +8,7 @@
 #include "acquire/poll_cycle.h"
 #include "config/config_files.h"
 #include "config/transmission.h"
+#include "graphs/station_graph.h"
 #include "link/discovery.h"
 #include "link/program_exit.h"
 #include "logging/log_file.h"
@@ -90,6 +91,7 @@ class Station : private PollConsumers {
     Stream1View stream1;
     Stream2View stream2;
     Stream3View stream3;
+    StationGraph graph;
 
     // The status of the selected pods and of the interface, asked for now.
     StatusView make_status_view();
@@ -103,6 +105,7 @@ class Station : private PollConsumers {
     void stop_logs(bool scans, bool events);
     void register_link_commands();
     void register_view_commands();
+    void register_graph_commands();
     void set_up_interface();
     void type_command();
     ChooseChannels choose_channels();
@@ -112,8 +115,8 @@ class Station : private PollConsumers {
     void refresh_stream3() override { stream3.refresh(); }
     void show_events() override { stream2.show_events(); }
     void Write_Log_File(std::int16_t kind, std::int16_t flush, std::int32_t time) override;
-    bool graph_exists() override { return false; }
-    void WRUpdateData(std::span<const float>) override {}
+    bool graph_exists() override { return graph.live.exists(); }
+    void WRUpdateData(std::span<const float> samples) override { graph.live.WRUpdateData(samples); }
 
     PodErrors pod_errors_;
     StreamDecoder decoder_;

@@ -62,6 +62,7 @@ class WindowStation {
         windows_.set_main_window(&window_);
         pod_setup_windows_.set_main_window(&window_);
         station_.set_up_pods_in(pod_setup_windows_);
+        windows_.set_graph(station_.graph, dialogs_, *files_);
     }
 
     int run(const StartWatcher& reached) {

@@ -55,7 +55,7 @@ void GraphControls::show(const TrendView& view) {
 }
 
 void GraphControls::show_state() {
-    screen.chkFollow.checked = view_.following;
+    screen.chkFollow.checked = trend() && view_.following;
     screen.lblStatus.caption = status_text();
 }
 

@@ -12,7 +12,52 @@ namespace {
 // Bars always show the latest values.
 constexpr double BarInterval = 1;  // s
 
+void set_colours(Plot& plot, PlotHandle graph, int lines) {
+    plot.WGSetTextByName(graph, "Arial", plot.WGGetRGBColor(TextColour));
+    for (int line = 0; line < lines; ++line)
+        plot.WGSetLineStyle(graph, line, plot.WGGetRGBColor(FirstLineColour + line),
+                            line_dash(line));
+}
+
+void draw_axes_and_titles(Plot& plot, PlotHandle graph, const GraphPage& page, const PlotBox& area,
+                          double x_maximum) {
+    const GraphSettings& settings = page.Settings;
+    plot.WGSetPlotArea(graph, area);
+    plot.WGScalePlotArea(graph, {0, x_maximum, settings.YMinimum, settings.YMaximum});
+    plot.WGSetXYIntercepts(graph, 0, settings.YMinimum);
+    set_colours(plot, graph, page.channels());
+    plot.WGDrawYAxis(graph);
+    plot.WGLabelAxis(graph, PlotAxis::Y);
+    plot.WGTitleAxis(graph, PlotAxis::Y, settings.YTitle);
+    plot.WGTitleGraph(graph, settings.Title);
+}
+
 }  // namespace
+
+PlotHandle draw_trend_page(Plot& plot, PlotHandle graph, const GraphPage& page) {
+    draw_axes_and_titles(plot, graph, page, TrendArea, page.Span_s);
+    plot.WRDrawTimeAxis(graph);
+    plot.WRLabelTimeAxis(graph);
+    plot.WGTitleAxis(graph, PlotAxis::X, page.Settings.XTitle);
+    if (page.Settings.GridLines == 1) plot.WRDynGrid(graph);
+    const PlotHandle data_set =
+        plot.WRDefineDynDataSet(graph, "TrendData", page.channels(), page.Interval_s, page.Span_s);
+    plot.WRSetDynText(data_set, "Volts");
+    plot.WRDynLegendPtr(graph, data_set, page.Legend, TrendLegend);
+    plot.WRSetScrollGraph(graph, data_set);
+    plot.WRStartTimeLabelsUpdate(graph);
+    return data_set;
+}
+
+PlotHandle draw_bar_page(Plot& plot, PlotHandle graph, const GraphPage& page) {
+    draw_axes_and_titles(plot, graph, page, BarArea, page.channels());
+    const PlotHandle data_set =
+        plot.WRDefineDynDataSet(graph, "BarData", page.channels(), page.Interval_s, page.Span_s);
+    plot.WRSetDynText(data_set, "Volts");
+    plot.WRDynLegendPtr(graph, data_set, page.Legend, BarLegend);
+    plot.WRSetBargraph(graph, data_set);
+    return data_set;
+}
 
 double trend_span_s(const GraphSettings& settings) {
     return settings.Hours * 3600.0 + settings.Minutes * 60.0;
@@ -89,59 +134,26 @@ void LiveGraph::StartGraphs() {
 
 void LiveGraph::DrawP1G1() {
     trapped(with_.failures, "QCGRAPH/DrawP1G1", [&] {
-        const GraphSettings& settings = with_.graph.Settings;
-        const double span_s = trend_span_s(settings);
-        with_.graph.TrendInterval = trend_interval_s(settings);
-        draw_axes_and_titles(TrendArea, span_s);
-        with_.plot.WRDrawTimeAxis(graph_);
-        with_.plot.WRLabelTimeAxis(graph_);
-        with_.plot.WGTitleAxis(graph_, PlotAxis::X, settings.XTitle);
-        if (settings.GridLines == 1) with_.plot.WRDynGrid(graph_);
+        with_.graph.TrendInterval = trend_interval_s(with_.graph.Settings);
         data_set_ =
-            with_.plot.WRDefineDynDataSet(graph_, "TrendData", static_cast<int>(channels_.size()),
-                                          with_.graph.TrendInterval, span_s);
-        with_.plot.WRSetDynText(data_set_, "Volts");
-        with_.plot.WRDynLegendPtr(graph_, data_set_, legend_text(channels_, with_.pods),
-                                  TrendLegend);
-        with_.plot.WRSetScrollGraph(graph_, data_set_);
-        with_.plot.WRStartTimeLabelsUpdate(graph_);
+            draw_trend_page(with_.plot, graph_,
+                            {with_.graph.Settings, legend_text(channels_, with_.pods),
+                             with_.graph.TrendInterval, trend_span_s(with_.graph.Settings)});
     });
 }
 
 void LiveGraph::DrawP1G2() {
     trapped(with_.failures, "QCGRAPH/DrawP1G2", [&] {
         with_.graph.TrendInterval = BarInterval;
-        draw_axes_and_titles(BarArea, static_cast<double>(channels_.size()));
-        data_set_ = with_.plot.WRDefineDynDataSet(
-            graph_, "BarData", static_cast<int>(channels_.size()), BarInterval, 0);
-        with_.plot.WRSetDynText(data_set_, "Volts");
-        with_.plot.WRDynLegendPtr(graph_, data_set_, legend_text(channels_, with_.pods), BarLegend);
-        with_.plot.WRSetBargraph(graph_, data_set_);
+        data_set_ = draw_bar_page(
+            with_.plot, graph_,
+            {with_.graph.Settings, legend_text(channels_, with_.pods), BarInterval, 0});
     });
-}
-
-void LiveGraph::draw_axes_and_titles(const PlotBox& area, double x_maximum) {
-    const GraphSettings& settings = with_.graph.Settings;
-    with_.plot.WGSetPlotArea(graph_, area);
-    with_.plot.WGScalePlotArea(graph_, {0, x_maximum, settings.YMinimum, settings.YMaximum});
-    with_.plot.WGSetXYIntercepts(graph_, 0, settings.YMinimum);
-    set_colours();
-    with_.plot.WGDrawYAxis(graph_);
-    with_.plot.WGLabelAxis(graph_, PlotAxis::Y);
-    with_.plot.WGTitleAxis(graph_, PlotAxis::Y, settings.YTitle);
-    with_.plot.WGTitleGraph(graph_, settings.Title);
-}
-
-void LiveGraph::set_colours() {
-    with_.plot.WGSetTextByName(graph_, "Arial", with_.plot.WGGetRGBColor(TextColour));
-    for (int line = 0; line < static_cast<int>(channels_.size()); ++line)
-        with_.plot.WGSetLineStyle(graph_, line, with_.plot.WGGetRGBColor(FirstLineColour + line),
-                                  line_dash(line));
 }
 
 void LiveGraph::colours_changed() {
     if (!exists()) return;
-    set_colours();
+    set_colours(with_.plot, graph_, static_cast<int>(channels_.size()));
     with_.plot.WGUpdatePage(page_);
 }
 

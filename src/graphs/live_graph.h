@@ -26,6 +26,20 @@ inline constexpr PlotBox BarLegend{0.0, 1.0, 0.80, 0.95};
 double trend_span_s(const GraphSettings& settings);
 double trend_interval_s(const GraphSettings& settings);
 
+// What a page shows.
+struct GraphPage {
+    const GraphSettings& Settings;
+    std::string Legend;  // an entry of LegendLength characters per channel
+    double Interval_s;   // between rows
+    double Span_s;       // of the time axis
+
+    int channels() const { return static_cast<int>(Legend.size() / LegendLength); }
+};
+
+// Draw axes, titles and legend of a trend or of bars and define the data set that is returned.
+PlotHandle draw_trend_page(Plot& plot, PlotHandle graph, const GraphPage& page);
+PlotHandle draw_bar_page(Plot& plot, PlotHandle graph, const GraphPage& page);
+
 // The window `frmGraph` around the page.
 class GraphWindow {
   public:
@@ -84,8 +98,6 @@ class LiveGraph {
     void StartGraphs();
     void DrawP1G1();
     void DrawP1G2();
-    void draw_axes_and_titles(const PlotBox& area, double x_maximum);
-    void set_colours();
     void free_graph();
 
     Surroundings with_;

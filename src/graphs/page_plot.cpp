@@ -131,6 +131,10 @@ void PagePlot::WRUpdateData(PlotHandle data_set, std::span<const float> row) {
     picture_.data.append(time_s, loop_.wall_time(), row);
 }
 
+void PagePlot::append_row(double time_s, const WallTime& wall, std::span<const float> row) {
+    picture_.data.append(time_s, wall, row);
+}
+
 void PagePlot::WRSetScrollGraph(PlotHandle graph, PlotHandle data_set) {
     if (valid(data_set, data_set_)) on(graph, graph_, [&] { picture_.scrolling = true; });
 }

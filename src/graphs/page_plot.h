@@ -65,6 +65,9 @@ class PagePlot : public Plot {
 
     const GraphPicture& picture() const { return picture_; }
 
+    // One more row at a time of its own: rows that were taken before, such as those of a log.
+    void append_row(double time_s, const WallTime& wall, std::span<const float> row);
+
     // Whether there is a graph with its data, drawn by WGUpdatePage.
     bool drawn() const { return drawn_; }
 

@@ -8,6 +8,7 @@
 #include <functional>
 #include <string>
 
+#include "graphs/live_graph.h"
 #include "link/command_link.h"
 #include "ui/availability.h"
 #include "ui/commands.h"
@@ -25,6 +26,7 @@ struct AboutBox {
 
 class CsvDialog;
 class CsvProgress;
+class GraphSetup;
 class InterfaceSettingsDialog;
 class LogSetup;
 class SelectChannelsDialog;
@@ -36,9 +38,8 @@ class TxCommandDialog;
 
 // The windows that operations open. Each call returns when a modal window is closed, at once for a
 // view. A surrounding without windows leaves out those that it has no use for.
-class Windows {
+class Windows : public GraphWindow {
   public:
-    virtual ~Windows() = default;
     virtual void show_about(const AboutBox& about) = 0;
 
     // The stream views: opened, or brought to the front, on the pods that are selected now.
@@ -54,6 +55,11 @@ class Windows {
     virtual void show_select_channels(SelectChannelsDialog&) {}
     virtual void show_log_setup(LogSetup&) {}
     virtual void show_csv_conversion(CsvDialog&) {}
+    virtual void show_graph_setup(GraphSetup&) {}
+
+    // The graph window: opened, or brought to the front, and closed.
+    void show_graph() override {}
+    void close_graph() override {}
 
     // The progress window of a conversion under way: opened, true, and closed; returns at once.
     virtual void show_csv_progress(CsvProgress&, bool) {}

@@ -14,6 +14,7 @@ namespace {
 
 constexpr int PixelsPerLabel = 84;  // a time label with room around it
 constexpr double WheelStep = 120;   // of a wheel's angle
+constexpr int LabelPadding = 5;     // pixels between ticks, labels and titles
 constexpr double TitleSize = 1.35;  // of the font
 constexpr int SmallestArea = 8;     // pixels; a smaller marked area is a slip of the hand
 
@@ -150,8 +151,9 @@ void GraphCanvas::style_axes() {
     const GraphPicture& picture = page_.picture();
     QCPAxis& time = *axes_->axis(QCPAxis::atBottom);
     QCPAxis& values = *axes_->axis(QCPAxis::atLeft);
-    style_axis(time, picture.x_title);
-    style_axis(values, picture.y_title);
+    style_axis(time);
+    style_axis(values);
+    values.setLabel(to_qt(picture.y_title));
     values.setTickLabels(picture.y_labels);
     values.setNumberFormat("gb");
     values.setVisible(picture.y_axis);
@@ -176,7 +178,7 @@ void GraphCanvas::style_axes() {
     axes_->setBackground(QBrush(ground));
 }
 
-void GraphCanvas::style_axis(QCPAxis& axis, const std::string& title) {
+void GraphCanvas::style_axis(QCPAxis& axis) {
     const QColor text = colour_of(page_.picture().text_rgb);
     const QColor faint = blend(colour_of(graph_ground(page_.ground())), text, 0.45);
     axis.setVisible(true);
@@ -187,9 +189,8 @@ void GraphCanvas::style_axis(QCPAxis& axis, const std::string& title) {
     axis.setTickLabelFont(font());
     axis.setLabelColor(text);
     axis.setLabelFont(font());
-    axis.setLabel(to_qt(title));
-    axis.setTickLabelPadding(5);
-    axis.setLabelPadding(4);
+    axis.setTickLabelPadding(LabelPadding);
+    axis.setLabelPadding(LabelPadding);
 }
 
 // Axes and frame follow the view.
@@ -197,6 +198,7 @@ void GraphCanvas::lay_out(const QRect& area) {
     frame_.area = area;
     if (frame_.area.width() < 1 || frame_.area.height() < 1) return;
     frame_.values = controls_.view().values;
+    show_time_title();
     QCPAxis& time = *axes_->axis(QCPAxis::atBottom);
     axes_->axis(QCPAxis::atLeft)->setRange(frame_.values.low, frame_.values.high);
     if (!controls_.trend()) {
@@ -210,6 +212,14 @@ void GraphCanvas::lay_out(const QRect& area) {
     const int most = std::max(2, frame_.area.width() / PixelsPerLabel);
     time_ticker_->ticks = controls_.by_clock() ? clock_ticks(controls_.data(), frame_.time, most)
                                                : elapsed_ticks(frame_.time, most);
+}
+
+// On a low page there is no room for it below the labels.
+void GraphCanvas::show_time_title() {
+    const int lines = controls_.trend() && !controls_.by_clock() ? 2 : 3;
+    const double needed = lines * QFontMetricsF(font()).height() + 3 * LabelPadding;
+    const bool room = viewport().height() - frame_.area.bottom() > needed;
+    axes_->axis(QCPAxis::atBottom)->setLabel(room ? to_qt(page_.picture().x_title) : QString());
 }
 
 void GraphCanvas::show_bar_names() {

@@ -60,7 +60,8 @@ class GraphCanvas : public QCustomPlot {
     void take_over_page();
     void lay_out(const QRect& area);
     void style_axes();
-    void style_axis(QCPAxis& axis, const std::string& title);
+    void style_axis(QCPAxis& axis);
+    void show_time_title();
     void show_bar_names();
     void replot_all();
     Zone zone_of(const QPointF& point) const;

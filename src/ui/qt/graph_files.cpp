@@ -19,6 +19,10 @@ namespace {
 
 constexpr double PictureScale = 2;
 
+QString extension_of(const std::string& path) {
+    return QFileInfo(QString::fromLocal8Bit(path)).suffix().toLower();
+}
+
 QByteArray png_of(GraphCanvas& canvas) {
     QByteArray bytes;
     QBuffer buffer(&bytes);
@@ -72,9 +76,13 @@ FileRequest graph_file_request() {
             "png", "", ""};
 }
 
+bool is_graph_picture(const std::string& path) {
+    return QStringList({"png", "svg", "pdf"}).contains(extension_of(path));
+}
+
 std::optional<std::string> save_graph(GraphCanvas& canvas, Files& files, const std::string& path,
                                       const std::string& csv) {
-    const QString extension = QFileInfo(QString::fromLocal8Bit(path)).suffix().toLower();
+    const QString extension = extension_of(path);
     std::string content;
     if (extension == "png")
         content = png_of(canvas).toStdString();

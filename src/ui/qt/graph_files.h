@@ -23,6 +23,9 @@ class GraphCanvas;
 std::optional<std::string> save_graph(GraphCanvas& canvas, Files& files, const std::string& path,
                                       const std::string& csv);
 
+// Whether a path's extension is that of a picture that save_graph() writes.
+bool is_graph_picture(const std::string& path);
+
 // The file that the operator is asked for.
 FileRequest graph_file_request();
 

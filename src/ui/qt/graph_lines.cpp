@@ -2,9 +2,6 @@
 
 #include <cmath>
 
-#include "base/numbers.h"
-#include "ui/qt/qt_text.h"
-
 namespace kavorix {
 
 namespace {
@@ -13,6 +10,7 @@ constexpr double LineWidth = 1.5;
 constexpr double MarkSize = 8;  // of the triangle at a bar that is out of range
 constexpr double MarkRoom = 4;  // between it and the edge
 constexpr double ValueGap = 3;  // between a bar and its value
+constexpr int ValueDigits = 5;
 
 // Pixels can be put as they are: onto a pixmap or an image, not scaled.
 bool takes_pixels(const QCPPainter& painter) {
@@ -20,17 +18,22 @@ bool takes_pixels(const QCPPainter& painter) {
            painter.worldTransform().type() <= QTransform::TxTranslate;
 }
 
+// Device pixels for a pixel of the widget, at least one.
+double pixel_ratio(const QCPPainter& painter) {
+    return std::max(1.0, painter.device()->devicePixelRatioF() * painter.worldTransform().m11());
+}
+
 }  // namespace
 
 void GraphLines::draw(QCPPainter* painter) {
     if (frame_.area.width() < 2 || frame_.area.height() < 2) return;
-    const double ratio = painter->device()->devicePixelRatioF();
+    const double ratio = pixel_ratio(*painter);
     const double width_s = frame_.time.length() / mapping(ratio).width;
     columns_.show(controls_.data(), frame_.time, width_s);
     if (columns_.dense() && takes_pixels(*painter))
         draw_strokes(*painter, ratio);
     else
-        draw_polylines(*painter, columns_);
+        draw_polylines(*painter, ratio);
 }
 
 PixelMapping GraphLines::mapping(double pixel_ratio) const {
@@ -53,8 +56,7 @@ void GraphLines::draw_strokes(QCPPainter& painter, double pixel_ratio) {
     painter.drawImage(frame_.area.topLeft(), image);
 }
 
-void GraphLines::draw_polylines(QCPPainter& painter, const TrendColumns& columns) {
-    const double ratio = painter.device()->devicePixelRatioF();
+void GraphLines::draw_polylines(QCPPainter& painter, double ratio) {
     const PixelMapping to = mapping(ratio);
     const std::vector<LineLook> looks = controls_.looks();
     QPolygonF polygon;
@@ -62,7 +64,8 @@ void GraphLines::draw_polylines(QCPPainter& painter, const TrendColumns& columns
         if (looks[line].hidden) continue;
         painter.setPen(QPen(QColor::fromRgb(looks[line].rgb), LineWidth, Qt::SolidLine,
                             Qt::RoundCap, Qt::RoundJoin));
-        for (const Polyline& piece : trace(columns, static_cast<int>(line), to, looks[line].dash)) {
+        for (const Polyline& piece :
+             trace(columns_, static_cast<int>(line), to, looks[line].dash)) {
             polygon.clear();
             for (const PlotPoint& point : piece)
                 polygon << QPointF(frame_.area.left() + point.x / ratio,
@@ -133,7 +136,7 @@ void GraphBars::draw_mark(QCPPainter& painter, const BarShape& shape) const {
 
 // Outside the end of the bar; inside the plot area where there is no room below it.
 void GraphBars::draw_value(QCPPainter& painter, const BarShape& shape, float value) const {
-    const QString text = to_qt(general(value));
+    const QString text = QString::number(static_cast<double>(value), 'g', ValueDigits);
     const double height = QFontMetricsF(painter.font()).height();
     const bool below = value < 0 && shape.box.bottom() + height < frame_.area.bottom();
     const double top = below ? shape.box.bottom() + ValueGap : shape.box.top - height - ValueGap;

@@ -61,7 +61,7 @@ class GraphLines : public GraphLayer {
 
   private:
     void draw_strokes(QCPPainter& painter, double pixel_ratio);
-    void draw_polylines(QCPPainter& painter, const TrendColumns& columns);
+    void draw_polylines(QCPPainter& painter, double pixel_ratio);
     PixelMapping mapping(double pixel_ratio) const;
 
     TrendColumns columns_;

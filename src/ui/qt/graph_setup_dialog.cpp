@@ -53,7 +53,6 @@ void show_graph_setup_dialog(GraphSetup& setup, Mirrors& mirrors, QWidget* over)
     Ui::frmQCSetup ui;
     ui.setupUi(&dialog);
     set_up_spinners(ui, setup, mirrors);
-    setup.Form_Load();
     Binder binder(mirrors, dialog);
     bind(binder, setup, dialog);
     run_modal(mirrors.loop(), dialog, over);

@@ -15,7 +15,8 @@ namespace kavorix {
 
 namespace {
 
-constexpr auto SplitKey = "frmGraph/split";
+constexpr double PressedShare = 0.4;  // of the highlight colour in a pressed button
+constexpr int ValueColumn = 96;       // pixels for a reading of seven digits
 
 Ground screen_ground() {
     return is_dark(QApplication::palette()) ? Ground::Dark : Ground::Light;
@@ -26,20 +27,22 @@ Ground screen_ground() {
 QtGraphWindow::QtGraphWindow(const Surroundings& surroundings)
     : QDialog(nullptr, Qt::Window),
       with_(surroundings),
+      page_(with_.graph.page),
+      controls_(with_.graph.controls),
       ui_(std::make_unique<Ui::frmGraph>()),
-      canvas_(new GraphCanvas(with_.page, with_.controls)) {
+      canvas_(new GraphCanvas(page_, controls_)) {
     ui_->setupUi(this);
     setWindowFlag(Qt::WindowMaximizeButtonHint);
     ui_->split->insertWidget(0, canvas_);
     ui_->split->setStretchFactor(0, 1);
-    ui_->split->setCollapsible(0, false);
+    ui_->split->setChildrenCollapsible(false);
     canvas_->set_dispatch(
         [this](const std::function<void()>& work) { with_.mirrors.loop().dispatch(work); });
-    bind_controls();
-    with_.page.set_ground(screen_ground());
-    with_.memory.restore(*this);
-    ui_->split->restoreState(with_.memory.value(SplitKey));
+    // Before the binder's mirror: following the graph changes the records that it shows.
     with_.mirrors.add(*this);
+    bind_controls();
+    page_.set_ground(screen_ground());
+    with_.memory.restore(*this);
 }
 
 QtGraphWindow::~QtGraphWindow() {
@@ -47,7 +50,7 @@ QtGraphWindow::~QtGraphWindow() {
 }
 
 void QtGraphWindow::bind_controls() {
-    GraphControls& controls = with_.controls;
+    GraphControls& controls = controls_;
     binder_ = std::make_unique<Binder>(with_.mirrors, *this);
     binder_->bind(controls.screen);
     binder_->on_click("chkFollow", [&] { controls.chkFollow_Click(); });
@@ -58,13 +61,13 @@ void QtGraphWindow::bind_controls() {
     binder_->on_click("cmdAutoscale", [&] { controls.cmdAutoscale_Click(); });
     binder_->on_click("cmdExport", [this] { save(); });
     binder_->on_click("cmdCopy", [this] { copy(); });
-    binder_->on_click("cmdPrint", [this] { with_.graph.print(); });
+    binder_->on_click("cmdPrint", [this] { with_.graph.live.print(); });
     binder_->on_click("cmdExit", [this] { ask_to_close(); });
 }
 
 void QtGraphWindow::open_window() {
-    setWindowTitle(QString::fromStdString(with_.controls.screen.caption));
-    with_.page.set_ground(screen_ground());
+    setWindowTitle(QString::fromStdString(controls_.screen.caption));
+    page_.set_ground(screen_ground());
     show();
     raise();
     activateWindow();
@@ -73,7 +76,6 @@ void QtGraphWindow::open_window() {
 
 void QtGraphWindow::close_window() {
     with_.memory.save(*this);
-    with_.memory.set_value(SplitKey, ui_->split->saveState());
     hide();
 }
 
@@ -81,15 +83,45 @@ void QtGraphWindow::refresh() {
     if (!isVisible()) return;
     follow_palette();
     if (isMinimized())
-        with_.controls.refresh();
+        controls_.refresh();
     else
         canvas_->update_graph();
+    mark_pressed_buttons();
+    if (controls_.screen.fraCursors.visible && !std::exchange(table_fitted_, true))
+        fit_cursor_table();
+}
+
+// A pressed button wears the colour of what is chosen.
+void QtGraphWindow::mark_pressed_buttons() {
+    const QPalette usual = QApplication::palette();
+    QPalette pressed = usual;
+    pressed.setColor(QPalette::Button, blend(usual.color(QPalette::Button),
+                                             usual.color(QPalette::Highlight), PressedShare));
+    const GraphScreen& screen = controls_.screen;
+    const auto mark = [&](QWidget& button, const CheckBox& box) {
+        const QPalette& wanted = box.checked ? pressed : usual;
+        if (button.palette().color(QPalette::Button) != wanted.color(QPalette::Button))
+            button.setPalette(wanted);
+    };
+    mark(*ui_->chkFollow, screen.chkFollow);
+    mark(*ui_->chkPause, screen.chkPause);
+    mark(*ui_->chkCursors, screen.chkCursors);
+    mark(*ui_->chkClock, screen.chkClock);
+}
+
+void QtGraphWindow::fit_cursor_table() {
+    int width = ui_->grdCursors->columnWidth(0);
+    for (int column = 1; column < ui_->grdCursors->model()->columnCount(); ++column) {
+        ui_->grdCursors->setColumnWidth(column, ValueColumn);
+        width += ValueColumn;
+    }
+    ui_->split->setSizes({ui_->split->width() - width, width});
 }
 
 void QtGraphWindow::follow_palette() {
-    if (with_.page.ground() == screen_ground()) return;
-    with_.page.set_ground(screen_ground());
-    with_.graph.colours_changed();
+    if (page_.ground() == screen_ground()) return;
+    page_.set_ground(screen_ground());
+    with_.graph.live.colours_changed();
 }
 
 void QtGraphWindow::closeEvent(QCloseEvent* event) {
@@ -105,13 +137,13 @@ void QtGraphWindow::reject() {
 void QtGraphWindow::ask_to_close() {
     if (asking_) return;
     asking_ = true;
-    with_.mirrors.loop().dispatch([this] { with_.graph.unload_request(); });
+    with_.mirrors.loop().dispatch([this] { with_.graph.live.unload_request(); });
     asking_ = false;
 }
 
 void QtGraphWindow::on_paper(const std::function<void(GraphCanvas&)>& work) {
-    with_.page.set_ground(Ground::Light);
-    with_.graph.colours_changed();
+    page_.set_ground(Ground::Light);
+    with_.graph.live.colours_changed();
     canvas_->update_graph();
     work(*canvas_);
     follow_palette();
@@ -120,17 +152,17 @@ void QtGraphWindow::on_paper(const std::function<void(GraphCanvas&)>& work) {
 
 void QtGraphWindow::save() {
     const auto path = with_.dialogs.choose_file_to_save(graph_file_request());
-    if (!path || !with_.graph.exists()) return;
+    if (!path || !with_.graph.live.exists()) return;
     std::optional<std::string> failure;
     on_paper([&](GraphCanvas& canvas) {
-        failure = save_graph(canvas, with_.files, *path, with_.controls.csv());
+        failure = save_graph(canvas, with_.files, *path, controls_.csv());
     });
     if (failure) with_.dialogs.message_box(*failure, box::Exclamation, ProgramName);
 }
 
 void QtGraphWindow::copy() {
     on_paper([this](GraphCanvas& canvas) {
-        QApplication::clipboard()->setMimeData(graph_mime_data(canvas, with_.controls.csv()));
+        QApplication::clipboard()->setMimeData(graph_mime_data(canvas, controls_.csv()));
     });
 }
 

@@ -6,8 +6,7 @@
 #include <functional>
 #include <memory>
 
-#include "graphs/graph_controls.h"
-#include "graphs/live_graph.h"
+#include "graphs/station_graph.h"
 #include "platform/dialogs.h"
 #include "platform/files.h"
 #include "ui/qt/binder.h"
@@ -27,9 +26,7 @@ class QtGraphWindow : public QDialog, private Mirror {
   public:
     // All of it outlives the window.
     struct Surroundings {
-        PagePlot& page;
-        LiveGraph& graph;
-        GraphControls& controls;
+        StationGraph& graph;
         Mirrors& mirrors;
         Dialogs& dialogs;
         Files& files;
@@ -54,14 +51,19 @@ class QtGraphWindow : public QDialog, private Mirror {
     void bind_controls();
     void ask_to_close();
     void follow_palette();
+    void mark_pressed_buttons();
+    void fit_cursor_table();
     void save();
     void copy();
 
     Surroundings with_;
+    PagePlot& page_;
+    GraphControls& controls_;
     std::unique_ptr<Ui::frmGraph> ui_;
     GraphCanvas* canvas_;
     std::unique_ptr<Binder> binder_;
     bool asking_ = false;
+    bool table_fitted_ = false;
 };
 
 }  // namespace kavorix

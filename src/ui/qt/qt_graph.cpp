@@ -8,22 +8,21 @@
 namespace kavorix {
 
 QtGraph::QtGraph(const Surroundings& surroundings) : with_(surroundings) {
-    with_.page.set_printing({[this] { set_up_printer(); }, [this] { print(); }});
+    with_.graph.page.set_printing({[this] { set_up_printer(); }, [this] { print(); }});
 }
 
 QtGraph::~QtGraph() {
-    with_.page.set_printing({});
+    with_.graph.page.set_printing({});
 }
 
-void QtGraph::show_graph_setup() {
-    show_graph_setup_dialog(with_.setup, with_.mirrors, window_in_front(main_window_));
+void QtGraph::show_graph_setup(GraphSetup& setup) {
+    show_graph_setup_dialog(setup, with_.mirrors, window_in_front(main_window_));
 }
 
 void QtGraph::show_graph() {
     if (!window_)
-        window_ = std::make_unique<QtGraphWindow>(
-            QtGraphWindow::Surroundings{with_.page, with_.graph, with_.controls, with_.mirrors,
-                                        with_.dialogs, with_.files, with_.memory});
+        window_ = std::make_unique<QtGraphWindow>(QtGraphWindow::Surroundings{
+            with_.graph, with_.mirrors, with_.dialogs, with_.files, with_.memory});
     window_->open_window();
 }
 

@@ -6,9 +6,7 @@
 #include <QWidget>
 #include <memory>
 
-#include "graphs/graph_controls.h"
-#include "graphs/graph_setup.h"
-#include "graphs/live_graph.h"
+#include "graphs/station_graph.h"
 #include "platform/dialogs.h"
 #include "platform/files.h"
 #include "ui/qt/graph_files.h"
@@ -25,10 +23,7 @@ class QtGraph : public GraphWindow {
   public:
     // All of it outlives the windows.
     struct Surroundings {
-        PagePlot& page;
-        LiveGraph& graph;
-        GraphSetup& setup;
-        GraphControls& controls;
+        StationGraph& graph;
         Mirrors& mirrors;
         Dialogs& dialogs;
         Files& files;
@@ -39,7 +34,7 @@ class QtGraph : public GraphWindow {
 
     void set_main_window(QWidget* window) { main_window_ = window; }
 
-    void show_graph_setup();
+    void show_graph_setup(GraphSetup& setup);
     void show_graph() override;
     void close_graph() override;
 

@@ -5,6 +5,7 @@
 
 #include "ui/qt/icons.h"
 #include "ui/qt/logging_windows.h"
+#include "ui/qt/qt_graph.h"
 #include "ui/qt/qt_text.h"
 #include "ui/qt/station_forms.h"
 #include "ui/qt/stream_windows.h"
@@ -17,6 +18,29 @@ QtWindows::QtWindows(Mirrors& mirrors, Stream0View& stream0, const QString& memo
     : mirrors_(mirrors), stream0_(stream0), memory_(memory_path) {}
 
 QtWindows::~QtWindows() = default;
+
+void QtWindows::set_main_window(QWidget* window) {
+    main_window_ = window;
+    if (graph_) graph_->set_main_window(window);
+}
+
+void QtWindows::set_graph(StationGraph& graph, Dialogs& dialogs, Files& files) {
+    graph_ =
+        std::make_unique<QtGraph>(QtGraph::Surroundings{graph, mirrors_, dialogs, files, memory_});
+    graph_->set_main_window(main_window_);
+}
+
+void QtWindows::show_graph_setup(GraphSetup& rules) {
+    if (graph_) graph_->show_graph_setup(rules);
+}
+
+void QtWindows::show_graph() {
+    if (graph_) graph_->show_graph();
+}
+
+void QtWindows::close_graph() {
+    if (graph_) graph_->close_graph();
+}
 
 void QtWindows::show_about(const AboutBox& about) {
     QDialog dialog;

@@ -15,6 +15,9 @@
 namespace kavorix {
 
 class CsvProgressWindow;
+class Files;
+class QtGraph;
+class StationGraph;
 class StreamWindow;
 
 class QtWindows : public Windows {
@@ -23,7 +26,10 @@ class QtWindows : public Windows {
     QtWindows(Mirrors& mirrors, Stream0View& stream0, const QString& memory_path);
     ~QtWindows() override;
 
-    void set_main_window(QWidget* window) { main_window_ = window; }
+    void set_main_window(QWidget* window);
+
+    // Gives the station's graph its windows; without, it has none. All outlive these windows.
+    void set_graph(StationGraph& graph, Dialogs& dialogs, Files& files);
 
     void show_about(const AboutBox& about) override;
     void show_stream0() override;
@@ -36,6 +42,9 @@ class QtWindows : public Windows {
     void show_select_channels(SelectChannelsDialog& dialog) override;
     void show_log_setup(LogSetup& rules) override;
     void show_csv_conversion(CsvDialog& rules) override;
+    void show_graph_setup(GraphSetup& rules) override;
+    void show_graph() override;
+    void close_graph() override;
     void show_csv_progress(CsvProgress& rules, bool open) override;
 
   private:
@@ -50,6 +59,7 @@ class QtWindows : public Windows {
     QPointer<QWidget> main_window_;
     std::array<std::unique_ptr<StreamWindow>, StreamCount> stream_windows_;
     std::unique_ptr<CsvProgressWindow> csv_progress_;
+    std::unique_ptr<QtGraph> graph_;
 };
 
 }  // namespace kavorix
