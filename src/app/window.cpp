@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QEvent>
-#include <QTimer>
 #include <utility>
 
 #include "app/network.h"
@@ -27,16 +26,17 @@ QString memory_path(const std::string& directory) {
 // Tells once that the window it watches has been painted.
 class FirstPaint : public QObject {
   public:
-    explicit FirstPaint(const StartWatcher& reached) : reached_(reached) {}
+    FirstPaint(EventLoop& loop, const StartWatcher& reached) : loop_(loop), reached_(reached) {}
 
     bool eventFilter(QObject*, QEvent* event) override {
         if (event->type() == QEvent::Paint && !std::exchange(painted_, true))
             // Behind the events that the painting itself consists of.
-            QTimer::singleShot(0, this, [this] { reached_("painted"); });
+            loop_.call_later(0, [this] { reached_("painted"); });
         return false;
     }
 
   private:
+    EventLoop& loop_;
     const StartWatcher& reached_;
     bool painted_ = false;
 };
@@ -66,7 +66,7 @@ class WindowStation {
     }
 
     int run(const StartWatcher& reached) {
-        FirstPaint first_paint(reached);
+        FirstPaint first_paint(loop_, reached);
         window_.installEventFilter(&first_paint);
         window_.show();
         reached("window");

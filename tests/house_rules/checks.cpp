@@ -287,9 +287,9 @@ Breaches check_file_calls(const SourceFile& file) {
 
 Breaches check_locale(const SourceFile& file) {
     if (!is_source(file.path) || !file.path.starts_with("src/")) return {};
-    static const std::vector<std::string> Words = {"stod",   "stof",    "stold",     "strtod",
-                                                   "strtof", "atof",    "setlocale", "std::locale",
-                                                   "sscanf", "sprintf", "snprintf",  "QLocale"};
+    static const std::vector<std::string> Words = {
+        "stod",      "stof",        "stold",  "strtod",  "strtof",   "atof",
+        "setlocale", "std::locale", "sscanf", "sprintf", "snprintf", "QLocale::system"};
     return find_words(file, code_only(file.text), Words, "a number by the locale: ");
 }
 

@@ -100,7 +100,7 @@ TEST_F(CsvDialogTest, ShowsTheLogThatWasChosen) {
     EXPECT_EQ(dialogs.requests[0].title, "Open ZAV Log File");
     EXPECT_EQ(dialogs.requests[0].filter, "Log files(*.DAT)|*.DAT");
     EXPECT_EQ(screen().lblFile.caption, LogPath);
-    EXPECT_EQ(screen().lblKind.caption, "Scan log, 1 run, begun 2026-01-05: Kiln && Co");
+    EXPECT_EQ(screen().lblKind.caption, "Scan log, 1 run, begun 2026-01-05: Kiln & Co");
     EXPECT_THAT(numbers(screen().lstConvert), ElementsAre(3, 12));
     EXPECT_THAT(numbers(screen().lstFile), IsEmpty());
     EXPECT_EQ(screen().lstConvert.entries[0].text, "ZAV 3  7S");

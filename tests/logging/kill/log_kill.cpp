@@ -190,7 +190,9 @@ class KillTest {
                 return fail(plan, promised, static_cast<int>(i), "wrong values in record");
         if (!expected_.empty()) {
             const CsvResult csv = convert(*files_, path_);
-            if (csv.End != CsvEnd::Done || csv.Rows != expected_.size())
+            // Killed while it wrote its header, a run has no record and its start is cut short.
+            const bool torn_start = promised == 0 && csv.End == CsvEnd::CutShort;
+            if ((csv.End != CsvEnd::Done && !torn_start) || csv.Rows != expected_.size())
                 return fail(plan, promised, static_cast<int>(csv.Rows), "converted rows");
         }
         found_ += records;
