@@ -32,6 +32,11 @@ void take_in(Extremes& extremes, float value) {
 }  // namespace
 
 void TrendColumns::show(const TrendData& data, const TimeRange& range, double width_s) {
+    // Before a graph has been scaled there is no range, and nothing to show.
+    if (!(width_s > 0)) {
+        clear();
+        return;
+    }
     const std::int64_t first_shown = column_at(range.begin, width_s);
     if (!goes_on(data, range, width_s)) {
         clear();
