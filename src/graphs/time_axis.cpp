@@ -37,6 +37,8 @@ const Step& step_for(double length_s, int most) {
 
 // Multiples of `step_s` in begin..end.
 std::vector<double> multiples(double begin, double end, double step_s) {
+    if (!(step_s > 0) || !std::isfinite(begin / step_s) || !std::isfinite(end / step_s))
+        return {};  // no range yet
     std::vector<double> result;
     constexpr double Slack = 1E-9;
     const auto first = static_cast<long long>(std::ceil(begin / step_s - Slack));
