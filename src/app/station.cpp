@@ -170,7 +170,7 @@ void Station::type_command() {
 }
 
 StatusView Station::make_status_view() {
-    return {link_surroundings(), discovery, operations, with_.system_info};
+    return {link_surroundings(), discovery, operations, with_.system_info, compare_held_};
 }
 
 void Station::start() {

@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "acquire/poll_cycle.h"
 #include "config/config_files.h"
@@ -60,6 +61,9 @@ class Station : private PollConsumers {
     // Gives the pod configuration dialog its windows, which outlive the station; without them its
     // command is not available.
     void set_up_pods_in(PodSetupWindows& windows);
+
+    // Gives the status view its comparison; without one it offers none.
+    void compare_with(CompareHeld compare) { compare_held_ = std::move(compare); }
 
     // Called at every poll boundary, with what the pods have sent so far.
     void on_poll(std::function<void()> action);
@@ -122,6 +126,7 @@ class Station : private PollConsumers {
     StreamDecoder decoder_;
     PollCycle poll_cycle_;
     CommandHistory typed_commands_;
+    CompareHeld compare_held_;
     std::function<void()> on_poll_;
 };
 

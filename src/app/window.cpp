@@ -6,6 +6,7 @@
 
 #include "app/network.h"
 #include "app/station.h"
+#include "app/verify.h"
 #include "ui/qt/icons.h"
 #include "ui/qt/main_window.h"
 #include "ui/qt/pod_setup_windows.h"
@@ -63,6 +64,10 @@ class WindowStation {
         pod_setup_windows_.set_main_window(&window_);
         station_.set_up_pods_in(pod_setup_windows_);
         windows_.set_graph(station_.graph, dialogs_, *files_);
+        if (const auto* simulated = dynamic_cast<const sim::Network*>(driver_.get()))
+            station_.compare_with([this, simulated](const std::vector<int>& pods) {
+                return verify_pods(station_.configuration.ZavConfig, *simulated, pods);
+            });
     }
 
     int run(const StartWatcher& reached) {

@@ -194,12 +194,17 @@ void Discovery::GetStatus(std::int16_t mode) {
         while (link.RepliesOutstanding > 0) {
             bool any = false;
             for (int pod = 0; pod < MaxZavs && link.RepliesOutstanding > 0; ++pod)
-                if (link.AwaitingReply[at(pod)] == 1 && read_status(pod)) any = true;
+                if (link.AwaitingReply[at(pod)] == 1 && read_status(pod)) {
+                    --link.RepliesOutstanding;
+                    any = true;
+                }
             if (!any) with_.loop.process_events(ReplyRetry_ms);
         }
         tmrTimeOut_->stop();
+        // A command that the operator gave meanwhile may have kept this loop from reading until the
+        // time was up: what came in time counts, so every pod still awaited is asked once more.
         for (int pod = 0; pod < MaxZavs; ++pod)
-            if (link.AwaitingReply[at(pod)] == 1) {
+            if (link.AwaitingReply[at(pod)] == 1 && !read_status(pod)) {
                 link.AwaitingReply[at(pod)] = 0;
                 link_.RxTxErr(pod, 1, 0);
             }
@@ -219,7 +224,6 @@ bool Discovery::read_status(int pod) {
                                 configuration_.Interface.CardHandle) != 0)
         return false;
     with_.run_time.Link.AwaitingReply[at(pod)] = 0;
-    --with_.run_time.Link.RepliesOutstanding;
     status.Channels = channels_of(status.type_code());
     return true;
 }

@@ -89,6 +89,7 @@ void StatusView::Form_Load() {
         screen.fraZAV.visible = link.NumSelected > 0;
         screen.fraAdap.visible = link.InterfaceSelected == 1;
         ask_pods();
+        screen.cmdCompare.visible = compare_ && link.NumSelected > 0;
         if (screen.fraZAV.visible)
             for (int pod = 0; pod < MaxZavs; ++pod) {
                 const PodStatus& status = with_.run_time.Status[at(pod)];
@@ -99,6 +100,18 @@ void StatusView::Form_Load() {
         if (screen.fraAdap.visible)
             screen.txtAdapStat.text = interface_status(with_.configuration.Interface, link);
         screen.lblSysInfo.caption = memory_text(system_info_.available_memory());
+    });
+}
+
+void StatusView::cmdCompare_Click() {
+    trapped(with_.failures, "frmViewStat/cmdCompare_Click", [&] {
+        std::vector<int> pods;
+        for (int pod = 0; pod < MaxZavs; ++pod)
+            if (with_.run_time.Link.ZavSelected[at(pod)] == 1) pods.push_back(pod);
+        const std::vector<std::string> lines = compare_(pods);
+        screen.txtHeld.text = lines.empty() ? "No differences\n" : "";
+        for (const std::string& line : lines) screen.txtHeld.text += line + "\n";
+        screen.fraHeld.visible = true;
     });
 }
 

@@ -4,8 +4,11 @@
 // the machine.
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "link/discovery.h"
 #include "platform/system_info.h"
@@ -27,6 +30,10 @@ std::string interface_status(const InterfaceSettings& card, const LinkState& lin
 // "Memory:  8,123,456 KB Free".
 std::string memory_text(std::uint64_t available_bytes);
 
+// Every setting in which pods (indices 0..49) hold something else than is configured, a line each
+// that begins with the pod's number. Only a simulated network can tell.
+using CompareHeld = std::function<std::vector<std::string>(const std::vector<int>& pods)>;
+
 // Texts of a fixed pitch. A section that does not apply is not visible; with neither the window
 // shrinks to its title.
 struct StatusScreen {
@@ -36,7 +43,11 @@ struct StatusScreen {
     TextField txtZAVStat;  // lines, each ended by a line feed
     Frame fraAdap{"Interface Status"};
     TextField txtAdapStat;  // likewise
+    Frame fraHeld{"Configuration against what the ZAVs hold", true, false};
+    TextField txtHeld;  // likewise
     Label lblSysInfo;
+    Button cmdCompare{"&Compare", "Compare the configuration with what the simulated ZAVs hold",
+                      true, false};
     Button cmdOK{"OK", "Close this window"};
 
     template <class Visit>
@@ -44,7 +55,9 @@ struct StatusScreen {
         visit("fraZAV", fraZAV);
         visit("lblZAVHead", lblZAVHead);
         visit("fraAdap", fraAdap);
+        visit("fraHeld", fraHeld);
         visit("lblSysInfo", lblSysInfo);
+        visit("cmdCompare", cmdCompare);
         visit("cmdOK", cmdOK);
     }
 };
@@ -52,16 +65,18 @@ struct StatusScreen {
 class StatusView {
   public:
     StatusView(const CommandLink::Surroundings& surroundings, Discovery& discovery,
-               Operations& operations, const SystemInfo& system_info)
+               Operations& operations, const SystemInfo& system_info, CompareHeld compare = {})
         : with_(surroundings),
           discovery_(discovery),
           operations_(operations),
-          system_info_(system_info) {}
+          system_info_(system_info),
+          compare_(std::move(compare)) {}
 
     StatusScreen screen;
 
     // Asks the selected pods for their status and fills the record.
     void Form_Load();
+    void cmdCompare_Click();
     void cmdOK_Click() { closed_ = true; }
 
     bool closed() const { return closed_; }
@@ -73,6 +88,7 @@ class StatusView {
     Discovery& discovery_;
     Operations& operations_;
     const SystemInfo& system_info_;
+    CompareHeld compare_;
     bool closed_ = false;
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
-// Runs the program as a terminal would, in virtual time and in a folder of its own.
+// Runs the program as a terminal would, in virtual time (unless told otherwise) and in a folder of
+// its own.
 
 #include <unistd.h>
 
@@ -12,6 +13,7 @@
 #include <vector>
 
 #include "app/command_line.h"
+#include "platform/host_event_loop.h"
 #include "platform/virtual_event_loop.h"
 
 namespace kavorix::test {
@@ -48,16 +50,22 @@ class TerminalRun {
         for (const std::string& argument : arguments) argv.push_back(argument.c_str());
         std::ostringstream out;
         std::ostringstream messages;
-        const int code =
-            run_command_line(static_cast<int>(argv.size()), argv.data(),
-                             {out, messages, [](const CommonOptions&) { return -1; },
-                              [](const std::function<void()>&) -> std::unique_ptr<EventLoop> {
-                                  return std::make_unique<VirtualEventLoop>();
-                              }});
+        const int code = run_command_line(static_cast<int>(argv.size()), argv.data(),
+                                          {out, messages, [](const CommonOptions&) { return -1; },
+                                           [this](const std::function<void()>& on_interrupt) {
+                                               return make_loop(on_interrupt);
+                                           }});
         return {code, out.str(), messages.str()};
     }
 
+    // True for what keeps a clock of its own: a driver library, for instance.
+    bool real_time = false;
+
   private:
+    std::unique_ptr<EventLoop> make_loop(const std::function<void()>& on_interrupt) const {
+        if (real_time) return std::make_unique<HostEventLoop>(on_interrupt);
+        return std::make_unique<VirtualEventLoop>();
+    }
     static std::string unique_name() {
         static int count = 0;
         return "kavorix-test-" + std::to_string(::getpid()) + "-" + std::to_string(++count);

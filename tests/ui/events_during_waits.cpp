@@ -88,6 +88,17 @@ TEST_F(DuringWaits, CommandsThatSendAreNotTakenInsideATransmission) {
     EXPECT_EQ(loop.elapsed_ms(), 3000);
 }
 
+TEST_F(DuringWaits, AStatusReplyThatCameInTimeCountsAlthoughAHaltHeldUpItsReading) {
+    driver.pod(5).ident = "8SFN 0F 9.99";
+    driver.pod(5).reply_ms = 400;
+    at_ms(100, [&] { operations.cmdHalt_Click(); });
+    discovery.GetStatus(1);
+    EXPECT_EQ(loop.elapsed_ms(), 3100);  // longer than the 1000 ms that two replies may take
+    EXPECT_EQ(run_time.Status[4].ident(), "8SFN 0F 9.99");
+    EXPECT_EQ(state().SessionErrorCount, 0);
+    EXPECT_EQ(selection(), (Pods{3, 5}));
+}
+
 TEST_F(DuringWaits, ExitDeclinedInADelayGoesOnWithTheTransmission) {
     at_ms(1000, [&] {
         dialogs.answer(Answer::Cancel);

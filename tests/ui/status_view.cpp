@@ -176,6 +176,37 @@ TEST_F(StatusViewTest, NothingElseIsSentMeanwhile) {
     EXPECT_TRUE(operations.available(Command::Trigger));
 }
 
+TEST_F(StatusViewTest, ComparesTheSelectedPodsWithWhatTheyHold) {
+    std::vector<int> asked;
+    std::vector<std::string> found = {"ZAV 08 arm: configured on, held off"};
+    StatusView comparing(surroundings, discovery, operations, memory, [&](const auto& pods) {
+        asked = pods;
+        return found;
+    });
+    click({8, 9});
+    comparing.Form_Load();
+    EXPECT_TRUE(comparing.screen.cmdCompare.visible);
+    EXPECT_FALSE(comparing.screen.fraHeld.visible);
+    comparing.cmdCompare_Click();
+    EXPECT_EQ(asked, (std::vector<int>{7, 8}));
+    EXPECT_EQ(comparing.screen.txtHeld.text, "ZAV 08 arm: configured on, held off\n");
+    EXPECT_TRUE(comparing.screen.fraHeld.visible);
+    found.clear();
+    comparing.cmdCompare_Click();
+    EXPECT_EQ(comparing.screen.txtHeld.text, "No differences\n");
+}
+
+TEST_F(StatusViewTest, OffersNoComparisonWithoutOneOrWithoutAPod) {
+    click({8});
+    view.Form_Load();
+    EXPECT_FALSE(view.screen.cmdCompare.visible);
+    click({8});
+    StatusView nothing_selected(surroundings, discovery, operations, memory,
+                                [](const auto&) { return std::vector<std::string>{}; });
+    nothing_selected.Form_Load();
+    EXPECT_FALSE(nothing_selected.screen.cmdCompare.visible);
+}
+
 TEST_F(StatusViewTest, OkCloses) {
     view.Form_Load();
     EXPECT_FALSE(view.closed());

@@ -87,7 +87,8 @@ void QtGraphWindow::refresh() {
     else
         canvas_->update_graph();
     mark_pressed_buttons();
-    if (controls_.screen.fraCursors.visible && !std::exchange(table_fitted_, true))
+    // Once it stands there with its columns.
+    if (ui_->fraCursors->isVisible() && !std::exchange(table_fitted_, true))
         fit_cursor_table();
 }
 

@@ -62,6 +62,10 @@ void run_form(StatusView& rules, Mirrors& mirrors, QWidget* over) {
     header.setIndent(static_cast<int>(form.ui.txtZAVStat->document()->documentMargin()));
     show_report(*form.ui.txtZAVStat, rules.screen.txtZAVStat.text, header.sizeHint().width());
     show_report(*form.ui.txtAdapStat, rules.screen.txtAdapStat.text, 0);
+    form.binder.on_click("cmdCompare", [&] {
+        rules.cmdCompare_Click();
+        show_report(*form.ui.txtHeld, rules.screen.txtHeld.text, 0);
+    });
     form.binder.on_click("cmdOK", [&] { rules.cmdOK_Click(); });
     form.run(
         over, [&] { return rules.closed(); }, [&] { rules.cmdOK_Click(); });

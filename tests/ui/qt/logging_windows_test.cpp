@@ -265,6 +265,7 @@ TEST_F(ConversionWindow, ScreenFollowsWithoutHelpMeanwhile) {
     const std::function<void()> look = [&] {
         if (!open_window("frmCSVProg")) return;
         shown.insert(find<QProgressBar>("frmCSVProg", "picProgress").text());
+        loop.block(20);  // longer than a fast machine's conversion between two refreshes
         loop.call_later(0, look);
     };
     use([&] {
