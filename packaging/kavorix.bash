@@ -29,14 +29,14 @@ _kavorix_value() {
         --scans | --events) _kavorix_files DAT ;;
         --speed) _kavorix_words "real max" ;;
         -o) if [ "$2" = plot ]; then _kavorix_files "png|svg|pdf"; else _kavorix_files CSV; fi ;;
-        --pods | --channels | --duration | --interval | --comment) ;;
+        --pod | --pods | --channels | --duration | --interval | --comment) ;;
         *) return 1 ;;
     esac
 }
 
 _kavorix() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
-    local commands="discover watch log status convert info plot check statements rewrite verify"
+    local commands="discover watch log status convert info plot check show statements rewrite verify"
     local common="-h --help --network --driver --directory --theme"
     local command="" own="" i
     COMPREPLY=()
@@ -51,13 +51,14 @@ _kavorix() {
         convert) own="-o --channels --force" ;;
         plot) own="-o --channels" ;;
         check) own="--locate --log" ;;
+        show) own="--pod" ;;
         "") common+=" --version" ;;
     esac
     case $command,$current in
         *,-*) _kavorix_words "$own $common" ;;
         ,*) _kavorix_words "$commands" ;;
         convert,* | info,* | plot,*) _kavorix_files DAT ;;
-        check,* | statements,* | rewrite,* | verify,*) _kavorix_files CFG ;;
+        check,* | show,* | statements,* | rewrite,* | verify,*) _kavorix_files CFG ;;
     esac
 }
 
