@@ -44,6 +44,8 @@ QString heading_anchor(const QString& heading) {
 
 GuideBrowser::GuideBrowser(QWidget* parent) : QTextBrowser(parent) {
     setOpenExternalLinks(true);
+    // The width of the page, and so of its pictures, does not depend on its length.
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     document()->setDocumentMargin(PageMargin);
     connect(this, &QTextBrowser::sourceChanged, this, [this](const QUrl& source) {
         dress_page();
