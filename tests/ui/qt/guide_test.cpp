@@ -46,7 +46,7 @@ TEST_F(GuideTest, EveryFormHasItsPage) {
         window.setObjectName(form.chopped(3));
         guide.open_about(&window);
         EXPECT_EQ(page(), "windows/" + form.chopped(3).toStdString() + ".md");
-        EXPECT_GT(shown()->browser().toPlainText().size(), 200) << form.toStdString();
+        EXPECT_GT(shown()->browser().toPlainText().size(), 150) << form.toStdString();
     }
 }
 
