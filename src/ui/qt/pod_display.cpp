@@ -20,7 +20,8 @@ namespace {
 
 constexpr double CardRadius = 8;
 constexpr double TileRadius = 6;
-constexpr double ChangeRadius = 4;  // of the dot at a pod that has something to be transmitted
+constexpr double ChangeRadius = 4.5;  // of the dot at a pod that has something to be transmitted
+constexpr QColor ChangeColour(0xE0, 0x8A, 0x00);
 constexpr const char* NotTransmitted = "configuration not transmitted";
 
 std::size_t at(int index) {
@@ -327,8 +328,8 @@ void PodDisplay::paint_frame(QPainter& painter, int pod, const Inks& inks) const
 
 void PodDisplay::paint_change(QPainter& painter, int pod, const Inks& inks) const {
     painter.setPen(QPen(inks.signal.panel, 1.5));
-    painter.setBrush(text_colour(Colour::Yellow, inks.palette));
-    painter.drawEllipse(inks.geometry.icon(pod).topRight() + QPointF(-1, 3), ChangeRadius,
+    painter.setBrush(ChangeColour);
+    painter.drawEllipse(inks.geometry.icon(pod).topRight() + QPointF(-4, 4), ChangeRadius,
                         ChangeRadius);
 }
 
