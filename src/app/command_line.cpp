@@ -56,6 +56,7 @@ int run_command_line(int argc, const char* const* argv, const ProgramSurrounding
     add_check(line);
     add_statements(line);
     add_rewrite(line);
+    add_show(line);
     add_verify(line);
     try {
         app.parse(argc, argv);

@@ -45,6 +45,7 @@ void add_plot(const CommandLine& line);
 void add_check(const CommandLine& line);
 void add_statements(const CommandLine& line);
 void add_rewrite(const CommandLine& line);
+void add_show(const CommandLine& line);
 void add_verify(const CommandLine& line);
 
 // Runs the program: without a command the main window, everything else in the terminal. Usage

@@ -2,11 +2,11 @@
 
 #include <memory>
 #include <ostream>
-#include <system_error>
 #include <vector>
 
 #include "app/command_line.h"
-#include "app/terminal.h"
+#include "app/config_loading.h"
+#include "app/network.h"
 #include "base/text.h"
 #include "config/config_files.h"
 #include "config/load_log.h"
@@ -17,58 +17,6 @@
 namespace kavorix {
 
 namespace {
-
-// What a file is checked against: the network that the options name, otherwise a station that the
-// file itself describes.
-Connected connected_for(const CommandLine& line, std::string_view file) {
-    if (line.common.network.empty() && line.common.driver.empty()) return assume_connected(file);
-    // A simulated network answers at once; a card needs its time.
-    const std::unique_ptr<EventLoop> loop =
-        line.common.driver.empty()
-            ? std::unique_ptr<EventLoop>(std::make_unique<VirtualEventLoop>(host_wall_time()))
-            : line.with.make_loop([] { throw ProgramEnded{ExitFailed}; });
-    TerminalStation terminal(line.common, *loop, line.with.messages, false);
-    terminal.start();
-    return connected_now(terminal.station.configuration.Interface,
-                         terminal.station.run_time.Status);
-}
-
-struct Loaded {
-    std::unique_ptr<Configuration> configuration = std::make_unique<Configuration>();
-    std::vector<LoadMessage> messages;
-    LoadOutcome outcome = LoadOutcome::NoHeader;
-};
-
-Loaded load(const CommandLine& line, Files& files, const std::string& path) {
-    Loaded loaded;
-    std::string text;
-    try {
-        text = read_config_file(files, path);
-    } catch (const std::system_error& failure) {
-        throw UnusableInput{failure.what()};
-    }
-    const Connected connected = connected_for(line, text);
-    loaded.configuration->Interface.CardHandle = connected.CardHandle;
-    loaded.configuration->Interface.CardAddress = connected.CardAddress;
-    for (PodConfig& pod : loaded.configuration->ZavConfig) default_ZAV_config(pod, NoDevice, 0);
-    loaded.outcome =
-        load_configuration(text, connected, *loaded.configuration, [&](const LoadMessage& message) {
-            loaded.messages.push_back(message);
-            return true;
-        });
-    if (loaded.outcome == LoadOutcome::NoHeader)
-        throw UnusableInput{
-            path + ": Selected File is not an ZAV Configuration File: Header Record missing"};
-    return loaded;
-}
-
-// The same for the commands that need the content: the messages go where messages go.
-Loaded load_or_explain(const CommandLine& line, Files& files, const std::string& path) {
-    Loaded loaded = load(line, files, path);
-    for (const LoadMessage& message : loaded.messages)
-        line.with.messages << path << ":" << message.line << ": " << to_utf8(message.text) << "\n";
-    return loaded;
-}
 
 struct CheckOptions {
     std::string file;
@@ -88,7 +36,7 @@ void write_log(Files& files, const std::string& path, const std::vector<LoadMess
 
 int check(const CommandLine& line, const CheckOptions& options) {
     const auto files = make_host_files();
-    const Loaded loaded = load(line, *files, options.file);
+    const LoadedConfig loaded = load_config(line, *files, options.file);
     for (const LoadMessage& message : loaded.messages) {
         if (options.locate) line.with.out << options.file << ":" << message.line << ": ";
         line.with.out << to_utf8(message.text) << "\n";
@@ -99,7 +47,7 @@ int check(const CommandLine& line, const CheckOptions& options) {
 
 int print_statements(const CommandLine& line, const std::string& path) {
     const auto files = make_host_files();
-    const Loaded loaded = load_or_explain(line, *files, path);
+    const LoadedConfig loaded = load_config_or_explain(line, *files, path);
     if (loaded.outcome != LoadOutcome::Loaded) return ExitFailed;
     for (int pod = 0; pod < MaxZavs; ++pod) {
         const PodConfig& config = loaded.configuration->ZavConfig[at(pod)];
@@ -112,7 +60,7 @@ int print_statements(const CommandLine& line, const std::string& path) {
 
 int rewrite(const CommandLine& line, const std::string& from, const std::string& to) {
     const auto files = make_host_files();
-    const Loaded loaded = load_or_explain(line, *files, from);
+    const LoadedConfig loaded = load_config_or_explain(line, *files, from);
     if (loaded.outcome != LoadOutcome::Loaded) return ExitFailed;
     write_config_file(*files, to, *loaded.configuration, host_wall_time());
     return ExitDone;

@@ -27,12 +27,13 @@ class While {
 
 Transmission::Transmission(const Configuration& configuration, const PodStatuses& status,
                            LinkState& link, Dialogs& dialogs, FailureReporter& failures,
-                           std::function<void()> TXString)
+                           SentConfigurations& sent, std::function<void()> TXString)
     : configuration_(configuration),
       status_(status),
       link_(link),
       dialogs_(dialogs),
       failures_(failures),
+      sent_(sent),
       tx_string_(std::move(TXString)) {}
 
 std::string Transmission::load_config(std::int16_t podIndex) {
@@ -67,13 +68,15 @@ void Transmission::transmit_config() {
 }
 
 void Transmission::transmit_to(int pod, PodFlags& chosen) {
-    link_.CommandString = load_config(static_cast<std::int16_t>(pod));
+    const std::string statements = load_config(static_cast<std::int16_t>(pod));
+    link_.CommandString = statements;
     link_.ZavSelected.fill(0);
     link_.ZavSelected[at(pod)] = 1;
     tx_string_();
     // The link takes a pod that fails out of the selection.
     chosen[at(pod)] = link_.ZavSelected[at(pod)];
     link_.ZavSelected[at(pod)] = 0;
+    if (!statements.empty() && chosen[at(pod)] == 1) sent_.note(pod);
 }
 
 }  // namespace kavorix

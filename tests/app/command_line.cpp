@@ -168,6 +168,57 @@ TEST(Rewrite, OfAFileWithProblemsWritesNothing) {
     EXPECT_FALSE(run.exists("out.CFG"));
 }
 
+// Every kind of column that a type adds; labels take one character each, whatever UTF-8 makes of
+// them.
+TEST(Show, PrintsTheChannelsOfEachPodAsATable) {
+    const TerminalRun run;
+    const std::string file =
+        run.file("plant.CFG", std::string(Header) +
+                                  "AD0;-14336;\r\n"
+                                  "IM05;8S;02;\r\nCH01MO760;'Gate';'';{1;0}\r\n"
+                                  "IM09;7S;02;\r\nCH02MO641;'Beam';'\xb5m';{2.5;-1}\r\n"
+                                  "CH02GA2.1;\r\nCH02OF0.5;0.25;\r\n"
+                                  "IM12;7V;03;\r\nCH01MO203;'';'Ohm';{1;0}\r\n");
+    const Outcome all = run({"show", file});
+    EXPECT_EQ(all.exit_code, ExitDone) << all.messages;
+    const std::string strain =
+        "ZAV 09 - 7S Solid State 6 Pole\n"
+        "Chan  Mode                    Range  Label  Units  Mx+c     Gauge Factor  Offset     "
+        "Initial Volt\n"
+        "01    Skip\n"
+        "02    Strain Full Bridge 8mA  20mV   Beam   \u00b5m     2.5x+-1  02.100000     00.500000  "
+        "00.250000\n";
+    EXPECT_EQ(all.out,
+              "ZAV 05 - 8S Switch I/O\n"
+              "Chan  Mode           Range           Label  Units  Mx+c\n"
+              "01    Event Capture  -ve going edge  Gate          1x+0\n"
+              "02    Skip\n\n" +
+                  strain +
+                  "\nZAV 12 - 7V Universal ZAV\n"
+                  "Chan  Mode               Range              Label  Units  Mx+c  Sample Rate  "
+                  "Time Out\n"
+                  "01    Resistance 4 Term  2k5 Ohm                   Ohm    1x+0\n"
+                  "02    Skip               6 Pole with Ch. 1\n"
+                  "03    Skip\n");
+    EXPECT_EQ(run({"show", file, "--pod", "9"}).out, strain);
+}
+
+TEST(Show, OfNothingSaysSo) {
+    const TerminalRun run;
+    const std::string file = run.file("in.CFG", Fitting);
+    for (const auto& [arguments, complaint] :
+         {std::pair<std::vector<std::string>, std::string>{{"show", file, "--pod", "4"},
+                                                           file + " configures no ZAV 4\n"},
+          {{"show", run.file("none.CFG", Header)},
+           run.path("none.CFG") + " configures no ZAV\n"}}) {
+        const Outcome outcome = run(arguments);
+        EXPECT_EQ(outcome.exit_code, ExitUsage);
+        EXPECT_EQ(outcome.messages, complaint);
+    }
+    EXPECT_EQ(run({"show", run.file("bad.CFG", std::string(Header) + "UR7;\r\n")}).exit_code,
+              ExitFailed);
+}
+
 TEST(DriverOption, NamesWhatIsNoDriverLibrary) {
     const TerminalRun run;
     const std::string file = run.file("no.so", "nothing");

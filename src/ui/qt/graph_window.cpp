@@ -88,8 +88,7 @@ void QtGraphWindow::refresh() {
         canvas_->update_graph();
     mark_pressed_buttons();
     // Once it stands there with its columns.
-    if (ui_->fraCursors->isVisible() && !std::exchange(table_fitted_, true))
-        fit_cursor_table();
+    if (ui_->fraCursors->isVisible() && !std::exchange(table_fitted_, true)) fit_cursor_table();
 }
 
 // A pressed button wears the colour of what is chosen.

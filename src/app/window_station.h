@@ -1,0 +1,54 @@
+#pragma once
+
+// A station in its windows: everything between the toolkit and the records, in the order in which
+// it has to come and go. Needs a QApplication.
+
+#include <memory>
+#include <string>
+
+#include "app/network.h"
+#include "app/station.h"
+#include "ui/qt/main_window.h"
+#include "ui/qt/pod_setup_windows.h"
+#include "ui/qt/qt_dialogs.h"
+#include "ui/qt/qt_event_loop.h"
+#include "ui/qt/qt_windows.h"
+#include "ui/qt/window_memory.h"
+
+namespace kavorix {
+
+class WindowStation {
+  public:
+    // Throws UnusableInput.
+    explicit WindowStation(const CommonOptions& options);
+
+    // Shows the main window; the station starts as soon as events flow.
+    void show();
+
+    QtEventLoop loop;
+
+  private:
+    Mirrors mirrors_;
+    QtDialogs dialogs_;
+    std::unique_ptr<Files> files_;
+    std::string directory_;
+
+  public:
+    const std::unique_ptr<Driver> driver;
+
+  private:
+    std::unique_ptr<SystemInfo> system_info_;
+
+  public:
+    Station station;
+
+  private:
+    QtWindows windows_;
+    WindowMemory memory_;
+    QtPodSetupWindows pod_setup_windows_;
+
+  public:
+    QtMainWindow window;
+};
+
+}  // namespace kavorix
