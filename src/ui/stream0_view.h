@@ -20,7 +20,7 @@ struct Stream0Screen {
     ListBox cboView;  // the pods that can be viewed; codes are pod indices
     Button cmdToggle;
     Button cmdMin{"Reset Mi&n", "Start the peak minimum anew"};
-    Button cmdMax{"Reset Ma&x", "Start the peak maximum anew"};
+    Button cmdMax{"Reset M&ax", "Start the peak maximum anew"};
     Button cmdSelChan{"Select &Channels...", "Choose the channels of the multi view"};
     Button cmdExit{"E&xit", "Close this view"};
     Label lblZAV;
