@@ -55,7 +55,8 @@ void show_report(QPlainTextEdit& field, const std::string& lines, int least_widt
     field.setPlainText(text);
     const int margins = 2 * static_cast<int>(field.document()->documentMargin());
     const auto height_of = [&](int count) {
-        return count * field.fontMetrics().lineSpacing() + margins +
+        // A line to spare: a tight field gets scroll bars that take the room from each other.
+        return (count + 1) * field.fontMetrics().lineSpacing() + margins +
                field.horizontalScrollBar()->sizeHint().height();
     };
     const int count = std::max(field.document()->blockCount(), 1);
