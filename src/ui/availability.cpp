@@ -81,6 +81,7 @@ constexpr std::array Rules = {
     Rule{Command::TransmitReminder, {&PodsFound}},
     Rule{Command::ConvertLogFile, {&Configurable}},
     Rule{Command::PrinterSetup, {&Configurable}},
+    Rule{Command::Guide, {}},
     Rule{Command::About, {}},
     Rule{Command::Configure, {&PodsFound, &Selection, &NothingSent, &Configurable}},
     Rule{Command::DefaultExpand, {&PodsFound}},

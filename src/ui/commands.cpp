@@ -165,6 +165,8 @@ constexpr std::array UtilitiesItems = {
 };
 
 constexpr std::array HelpItems = {
+    MenuEntry{"mnuGuide", "&Guide", "How to work with the station; F1 tells about a window",
+              Command::Guide, single<&MainScreen::mnuGuide>},
     MenuEntry{"mnuAbout", "&About KAVORIXER.", "Program and driver version", Command::About,
               single<&MainScreen::mnuAbout>},
 };

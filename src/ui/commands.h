@@ -48,6 +48,7 @@ enum class Command {
     TransmitReminder,
     ConvertLogFile,
     PrinterSetup,
+    Guide,
     About,
     // Buttons without a menu item.
     Configure,

@@ -43,6 +43,9 @@ class Windows : public GraphWindow {
   public:
     virtual void show_about(const AboutBox& about) = 0;
 
+    // The guide's first page.
+    virtual void show_guide() {}
+
     // The stream views: opened, or brought to the front, on the pods that are selected now.
     virtual void show_stream0() = 0;
     virtual void show_stream1(Stream1View&) {}
