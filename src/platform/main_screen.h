@@ -102,6 +102,7 @@ struct MainScreen {
     std::array<MenuItem, 2> mnuUtilitiesItem;
     MenuItem mnuHelp{"&Help"};
     MenuItem mnuGuide;
+    MenuItem mnuKeys;
     MenuItem mnuAbout;
 
     PodLabels& lblStrm(int stream) {

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <string_view>
 
 #include "config/sent_configurations.h"
 #include "graphs/live_graph.h"
@@ -43,8 +44,8 @@ class Windows : public GraphWindow {
   public:
     virtual void show_about(const AboutBox& about) = 0;
 
-    // The guide's first page.
-    virtual void show_guide() {}
+    // A page of the guide, "index" the first.
+    virtual void show_guide(std::string_view) {}
 
     // The stream views: opened, or brought to the front, on the pods that are selected now.
     virtual void show_stream0() = 0;

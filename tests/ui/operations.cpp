@@ -509,6 +509,7 @@ TEST_F(OperationsTest, AFailureIsReportedUnderTheHandlersName) {
         {Command::ExpandScreen, "frmMain/mnuOptionsItem_Click"},
         {Command::ConvertLogFile, "frmMain/mnuUtilitiesItem_Click"},
         {Command::Guide, "frmMain/mnuGuide_Click"},
+        {Command::Keys, "frmMain/mnuKeys_Click"},
         {Command::About, "frmMain/mnuAbout_Click"},
     };
     for (const TraceRow& row : rows) {
