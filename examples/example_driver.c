@@ -1,12 +1,12 @@
 /* A driver library for a station with hardware of its own: one pod, number 1, which shows itself as
  * a type 7R with twenty channels. Put the calls of your hardware where read_channel() stands.
  *
- *     cc -shared -fPIC -I KAVORIX/src example_driver.c -o libmydriver.so
+ *     cc -shared -fPIC -I /usr/include/kavorix example_driver.c -o libmydriver.so
  *     kavorix --driver ./libmydriver.so
  */
 #include <string.h>
 
-#include "platform/zavdrvr.h"
+#include "zavdrvr.h"
 
 enum { THE_POD = 1, CHANNELS = 20 };
 

@@ -37,6 +37,7 @@ int run_window(const CommonOptions& options, int argc, char** argv, const StartW
     QApplication::setApplicationName("kavorix");
     QApplication::setApplicationVersion(
         QString::fromLatin1(ProgramVersion.data(), ProgramVersion.size()));
+    QApplication::setDesktopFileName("kavorix");
     QApplication::setWindowIcon(program_icon());
     // Only the station's own exit ends the program.
     QApplication::setQuitOnLastWindowClosed(false);

@@ -101,6 +101,8 @@ struct MainScreen {
     MenuItem mnuUtilities{"&Utilities"};
     std::array<MenuItem, 2> mnuUtilitiesItem;
     MenuItem mnuHelp{"&Help"};
+    MenuItem mnuGuide;
+    MenuItem mnuKeys;
     MenuItem mnuAbout;
 
     PodLabels& lblStrm(int stream) {

@@ -11,9 +11,10 @@ add_library(zavdrvr-sim SHARED ${CMAKE_SOURCE_DIR}/src/sim/library/zavdrvr_sim.c
 target_link_libraries(zavdrvr-sim PRIVATE kavorix_sim)
 target_link_options(zavdrvr-sim PRIVATE -Wl,--exclude-libs,ALL)
 set_target_properties(zavdrvr-sim PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON
+                      NO_SONAME ON # it is loaded by its path, never linked
                       LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
 
 # The example of a driver library.
 add_library(example-driver MODULE ${CMAKE_SOURCE_DIR}/examples/example_driver.c)
-target_include_directories(example-driver PRIVATE ${CMAKE_SOURCE_DIR}/src)
+target_include_directories(example-driver PRIVATE ${CMAKE_SOURCE_DIR}/src/platform)
 set_target_properties(example-driver PROPERTIES LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})

@@ -48,6 +48,8 @@ enum class Command {
     TransmitReminder,
     ConvertLogFile,
     PrinterSetup,
+    Guide,
+    Keys,
     About,
     // Buttons without a menu item.
     Configure,

@@ -26,6 +26,8 @@ std::string_view handler_name(Command command) {
     if (command == Command::Configure) return "frmMain/cmdConfig_Click";
     if (command == Command::DefaultExpand) return "frmMain/cmdDefault_Click";
     if (command == Command::ClearErrors) return "frmMain/cmdClear_Click";
+    if (command == Command::Guide) return "frmMain/mnuGuide_Click";
+    if (command == Command::Keys) return "frmMain/mnuKeys_Click";
     return "frmMain/mnuAbout_Click";
 }
 
@@ -119,6 +121,8 @@ void Operations::register_own_commands() {
     on(Command::Stream3AutoClear, [this] { toggle_stream3_auto_clear(); });
     on(Command::TransmitReminder,
        [this] { screen_.mnuTransmitRem.checked = !screen_.mnuTransmitRem.checked; });
+    on(Command::Guide, [this] { with_.windows.show_guide("index"); });
+    on(Command::Keys, [this] { with_.windows.show_guide("keys"); });
     on(Command::About, [this] { show_about(); });
     on(Command::Configure, [this] { configure(); });
     on(Command::DefaultExpand, [this] { show_screen(!screen_.expanded); });

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <string_view>
 
 #include "config/sent_configurations.h"
 #include "graphs/live_graph.h"
@@ -42,6 +43,9 @@ class TxCommandDialog;
 class Windows : public GraphWindow {
   public:
     virtual void show_about(const AboutBox& about) = 0;
+
+    // A page of the guide, "index" the first.
+    virtual void show_guide(std::string_view) {}
 
     // The stream views: opened, or brought to the front, on the pods that are selected now.
     virtual void show_stream0() = 0;

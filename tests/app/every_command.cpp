@@ -37,6 +37,9 @@ class Operator : public Windows, public PodSetupWindows {
     void show_stream1(Stream1View&) override { opened.emplace_back("frmStrm1"); }
     void show_stream2(Stream2View&) override { opened.emplace_back("frmStrm2"); }
     void show_stream3(Stream3View&) override { opened.emplace_back("frmStrm3"); }
+    void show_guide(std::string_view page) override {
+        opened.push_back("guide: " + std::string(page));
+    }
     void show_graph() override { opened.emplace_back("frmGraph"); }
 
     void show_status(StatusView& view) override {
@@ -384,6 +387,8 @@ const std::vector<Case> Cases = {
      nothing,
      nothing},
     {Command::PrinterSetup, {"printer"}},
+    {Command::Guide, {"guide: index"}},
+    {Command::Keys, {"guide: keys"}},
     {Command::About, {"frmAbout"}},
     {Command::Configure, PodSetUp, nothing, nothing, nothing},
     {Command::DefaultExpand, {"expanded: 1"}},

@@ -83,6 +83,8 @@ TEST(MenuBar, HasItsItemsUnderTheirNames) {
                             "mnuUtilitiesItem(0) &Convert Log File to ASCII(.CSV) File...",
                             "mnuUtilitiesItem(1) &Printer Setup...",
                             "mnuHelp &Help",
+                            "mnuGuide &Guide",
+                            "mnuKeys &Keyboard Short Cuts",
                             "mnuAbout &About KAVORIXER."}));
 }
 

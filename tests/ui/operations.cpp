@@ -508,6 +508,8 @@ TEST_F(OperationsTest, AFailureIsReportedUnderTheHandlersName) {
         {Command::GraphSetup, "frmMain/mnuTrendItem_Click"},
         {Command::ExpandScreen, "frmMain/mnuOptionsItem_Click"},
         {Command::ConvertLogFile, "frmMain/mnuUtilitiesItem_Click"},
+        {Command::Guide, "frmMain/mnuGuide_Click"},
+        {Command::Keys, "frmMain/mnuKeys_Click"},
         {Command::About, "frmMain/mnuAbout_Click"},
     };
     for (const TraceRow& row : rows) {

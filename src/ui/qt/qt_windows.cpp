@@ -15,7 +15,10 @@
 namespace kavorix {
 
 QtWindows::QtWindows(Mirrors& mirrors, Stream0View& stream0, const QString& memory_path)
-    : mirrors_(mirrors), stream0_(stream0), memory_(memory_path) {}
+    : mirrors_(mirrors),
+      stream0_(stream0),
+      memory_(memory_path),
+      guide_(documents_folder(), memory_) {}
 
 QtWindows::~QtWindows() = default;
 

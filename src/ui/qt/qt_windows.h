@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "ui/operations.h"
+#include "ui/qt/guide.h"
 #include "ui/qt/mirrors.h"
 #include "ui/qt/window_memory.h"
 #include "ui/stream0_view.h"
@@ -32,6 +33,7 @@ class QtWindows : public Windows {
     void set_graph(StationGraph& graph, Dialogs& dialogs, Files& files);
 
     void show_about(const AboutBox& about) override;
+    void show_guide(std::string_view page) override { guide_.open(page); }
     void show_stream0() override;
     void show_stream1(Stream1View& view) override;
     void show_stream2(Stream2View& view) override;
@@ -56,6 +58,7 @@ class QtWindows : public Windows {
     Mirrors& mirrors_;
     Stream0View& stream0_;
     WindowMemory memory_;
+    Guide guide_;
     QPointer<QWidget> main_window_;
     std::array<std::unique_ptr<StreamWindow>, StreamCount> stream_windows_;
     std::unique_ptr<CsvProgressWindow> csv_progress_;
