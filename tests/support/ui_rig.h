@@ -44,9 +44,10 @@ class UiRig : public Rig {
     Transmission transmission{configuration, run_time.Status, run_time.Link,
                               dialogs,       failures,        [this] { link.TXString(); }};
     ProgramExit program_exit{surroundings, [this](std::int16_t as) { return save_file(as); }};
-    Operations operations{{surroundings, configuration, link, windows, "1.2",
-                           [this] { transmission.transmit_config(); },
-                           [this] { program_exit.ExitKAVORIX(); }}};
+    Operations operations{
+        {surroundings, configuration, link, windows, "1.2",
+         [this](const PodFlags& withdrawn) { transmission.transmit_config(withdrawn); },
+         [this] { program_exit.ExitKAVORIX(); }}};
 
     // Clicks on pod icons.
     void click(const std::vector<int>& pods) {
