@@ -27,8 +27,9 @@ class Transmission {
 
     // Sends every selected pod its own configuration, one pod after the other in ascending order,
     // and selects them again; pods that failed on the way stay deselected. NumSelected agrees with
-    // the selection afterwards. Asked for while it is under way it does nothing.
-    void transmit_config();
+    // the selection afterwards. A pod that is taken out of the poll table, or marked in
+    // `withdrawn`, before its turn gets nothing. Asked for while it is under way it does nothing.
+    void transmit_config(const PodFlags& withdrawn = PodFlags{});
 
     // Whether transmit_config() is under way. ZavSelected then names the pod being sent to, not the
     // operator's choice.

@@ -198,7 +198,7 @@ void Operations::transmit_config() {
     const Sending sending(*this);
     cleared_.fill(0);
     sending_config_ = true;
-    with_.transmit_config();
+    with_.transmit_config(cleared_);
     sending_config_ = false;
 
     // The selection stands again: icons that data changed meanwhile show it, and what the operator

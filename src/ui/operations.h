@@ -78,8 +78,9 @@ class Operations : public MainWindow {
         CommandLink& command_link;
         Windows& windows;
         SentConfigurations& sent;
-        std::string version;                    // of the program, for the About box
-        std::function<void()> transmit_config;  // sends each selected pod its configuration
+        std::string version;  // of the program, for the About box
+        // Sends each selected pod its configuration, but for those that are marked meanwhile.
+        std::function<void(const PodFlags& withdrawn)> transmit_config;
         std::function<void()> exit;  // leaves the program, or returns when the operator stays
     };
     explicit Operations(const Surroundings& surroundings);

@@ -47,9 +47,10 @@ class UiRig : public Rig {
             link.TXString();
         }};
     ProgramExit program_exit{surroundings, [this](std::int16_t as) { return save_file(as); }};
-    Operations operations{{surroundings, configuration, link, windows, sent, "1.2",
-                           [this] { transmission.transmit_config(); },
-                           [this] { program_exit.ExitKAVORIX(); }}};
+    Operations operations{
+        {surroundings, configuration, link, windows, sent, "1.2",
+         [this](const PodFlags& withdrawn) { transmission.transmit_config(withdrawn); },
+         [this] { program_exit.ExitKAVORIX(); }}};
 
     // Clicks on pod icons.
     void click(const std::vector<int>& pods) {
