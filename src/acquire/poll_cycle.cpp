@@ -210,8 +210,10 @@ void PollCycle::poll_boundary(std::uint32_t now) {
         poll.Stream1Arrived = 0;
     }
     if (poll.ViewOpen[TextStream] == 1) consumers_.refresh_stream3();
-    if (log.ScanLogging == 1 && static_cast<std::int32_t>(now - poll.LastScanLogTime) >=
-                                    log.ScanLogInterval - with_.run_time.Link.PollTick) {
+    // Unsigned: half the range of the tick count away from the last record is late too, not early.
+    const auto due_ms =
+        static_cast<std::uint32_t>(std::max(log.ScanLogInterval - with_.run_time.Link.PollTick, 0));
+    if (log.ScanLogging == 1 && now - poll.LastScanLogTime >= due_ms) {
         poll.LastScanLogTime = now;
         consumers_.Write_Log_File(0, 0, static_cast<std::int32_t>(now));
     }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/text.h"
 #include "logging/csv_dialog.h"
 #include "logging/log_setup.h"
 #include "ui/interface_settings.h"
@@ -19,12 +20,14 @@ Station::Station(const Surroundings& surroundings)
       error_log_(with_.files, with_.loop, with_.folder.directory, with_.folder.keep_error_log),
       failures_(error_log_, with_.dialogs),
       tmrPoll_(with_.loop.make_timer([this] { poll_cycle_.tmrPoll_Timer(); })),
-      operations({link_surroundings(), configuration, link, with_.windows,
-                  std::string(ProgramVersion), [this] { transmission.transmit_config(); },
+      sent(configuration.ZavConfig),
+      operations({link_surroundings(), configuration, link, with_.windows, sent,
+                  std::string(ProgramVersion),
+                  [this](const PodFlags& withdrawn) { transmission.transmit_config(withdrawn); },
                   [this] { program_exit.ExitKAVORIX(); }}),
       link(link_surroundings()),
       discovery(link_surroundings(), link, configuration),
-      transmission(configuration, run_time.Status, run_time.Link, with_.dialogs, failures_,
+      transmission(configuration, run_time.Status, run_time.Link, with_.dialogs, failures_, sent,
                    [this] { link.TXString(); }),
       config_files({configuration, run_time.Status, with_.dialogs, with_.files, with_.loop,
                     message_line_, failures_, with_.folder.directory}),
@@ -70,12 +73,13 @@ void Station::set_up_log(std::int16_t kind) {
     operations.CheckItems();
 }
 
-void Station::convert_log() {
+void Station::convert_log(const std::string& path) {
     CsvProgress* progress = nullptr;
     CsvDialog rules({with_.files, with_.loop, with_.dialogs, failures_,
                      [&](bool open) { with_.windows.show_csv_progress(*progress, open); }});
     progress = &rules.progress_window;
     rules.Form_Load();
+    if (!path.empty()) rules.open_log(path);
     with_.windows.show_csv_conversion(rules);
 }
 
@@ -100,11 +104,25 @@ void Station::Write_Log_File(std::int16_t kind, std::int16_t flush, std::int32_t
 void Station::register_file_commands() {
     operations.on(Command::OpenFile, [this] {
         config_files.open_file();
-        stream0.configuration_changed();
-        stream1.configuration_changed();
+        configuration_opened();
     });
     operations.on(Command::Save, [this] { config_files.save_file(0); });
     operations.on(Command::SaveAs, [this] { config_files.save_file(1); });
+}
+
+void Station::configuration_opened() {
+    stream0.configuration_changed();
+    stream1.configuration_changed();
+}
+
+void Station::open(const std::string& path) {
+    if (upper(path).ends_with(".DAT"))
+        operations.run(Command::ConvertLogFile, [&] { convert_log(path); });
+    else
+        operations.run(Command::OpenFile, [&] {
+            config_files.open_file(path);
+            configuration_opened();
+        });
 }
 
 ChooseChannels Station::choose_channels() {
@@ -155,6 +173,7 @@ void Station::set_up_interface() {
     const std::int16_t address = configuration.Interface.CardAddress;
     with_.windows.show_interface_settings(dialog);
     if (configuration.Interface.CardAddress == address) return;
+    note_fresh_pods();
     // Another network: what the open views show is gone.
     const auto& open = run_time.Poll.ViewOpen;
     if (open[ReadingStream] == 1) stream0.load();
@@ -165,7 +184,7 @@ void Station::set_up_interface() {
 
 void Station::type_command() {
     TxCommandDialog dialog(link_surroundings(), link, operations, typed_commands_,
-                           [this](std::string_view sent) { stream1.note_sent(sent); });
+                           [this](std::string_view command) { stream1.note_sent(command); });
     with_.windows.show_tx_command(dialog);
 }
 
@@ -175,6 +194,12 @@ StatusView Station::make_status_view() {
 
 void Station::start() {
     discovery.Form_Load(with_.files, join_path(with_.folder.directory, "KAVORIX.INI"));
+    note_fresh_pods();
+}
+
+// Pods that were found just now have nothing to be sent yet.
+void Station::note_fresh_pods() {
+    for (int pod = 0; pod < MaxZavs; ++pod) sent.note(pod);
 }
 
 void Station::finish() {

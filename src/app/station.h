@@ -65,6 +65,10 @@ class Station : private PollConsumers {
     // Gives the status view its comparison; without one it offers none.
     void compare_with(CompareHeld compare) { compare_held_ = std::move(compare); }
 
+    // Takes up a file that was chosen outside the file dialogs, by its extension: a configuration
+    // is opened, a log is converted. Nothing happens while the command for it is not available.
+    void open(const std::string& path);
+
     // Called at every poll boundary, with what the pods have sent so far.
     void on_poll(std::function<void()> action);
 
@@ -84,6 +88,7 @@ class Station : private PollConsumers {
     CommandLink::Surroundings link_surroundings();
 
   public:
+    SentConfigurations sent;
     Operations operations;
     CommandLink link;
     Discovery discovery;
@@ -104,12 +109,14 @@ class Station : private PollConsumers {
     void register_file_commands();
     void register_log_commands();
     void set_up_log(std::int16_t kind);
-    void convert_log();
+    void convert_log(const std::string& path = {});
+    void configuration_opened();
     void start_logs(bool scans, bool events);
     void stop_logs(bool scans, bool events);
     void register_link_commands();
     void register_view_commands();
     void register_graph_commands();
+    void note_fresh_pods();
     void set_up_interface();
     void type_command();
     ChooseChannels choose_channels();

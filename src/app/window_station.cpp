@@ -10,6 +10,12 @@ QString memory_path(const std::string& directory) {
     return QString::fromLocal8Bit(join_path(directory, "windows.ini"));
 }
 
+MainWindowHandlers handlers_of(Station& station) {
+    MainWindowHandlers handlers = handlers_of(station.operations);
+    handlers.open = [&station](const std::string& path) { station.open(path); };
+    return handlers;
+}
+
 }  // namespace
 
 WindowStation::WindowStation(const CommonOptions& options)
@@ -23,8 +29,10 @@ WindowStation::WindowStation(const CommonOptions& options)
       windows_(mirrors_, station.stream0, memory_path(directory_)),
       memory_(memory_path(directory_)),
       pod_setup_windows_(mirrors_, dialogs_, memory_),
-      window(station.screen, handlers_of(station.operations), mirrors_, memory_path(directory_)) {
+      window(station.screen, handlers_of(station), mirrors_, memory_path(directory_)) {
     dialogs_.set_main_window(&window);
+    dialogs_.set_memory(memory_);
+    station.config_files.on_used([this](const std::string& path) { window.note_recent(path); });
     windows_.set_main_window(&window);
     pod_setup_windows_.set_main_window(&window);
     station.set_up_pods_in(pod_setup_windows_);

@@ -71,6 +71,7 @@ std::int16_t ConfigFiles::save_file(std::int16_t saveAs) {
         write_config_file(with_.files, with_.configuration.ConfigFileName, with_.configuration,
                           with_.loop.wall_time());
         with_.message_line.DispMsg(" Configuration file Saved", Colour::Blue);
+        note_use();
         with_.dialogs.set_pointer(Pointer::Default);
         return 0;
     });
@@ -87,16 +88,37 @@ bool ConfigFiles::may_open() {
     return answer != Answer::Cancel;
 }
 
-void ConfigFiles::open_file() {
+void ConfigFiles::note_use() const {
+    if (used_) used_(with_.configuration.ConfigFileName);
+}
+
+template <class Ask>
+void ConfigFiles::open_chosen(Ask ask) {
     trapped(with_.failures, "confact/open_file", [&] {
         with_.message_line.DispMsg("", Colour::Blue);
         if (!may_open()) return;
-        const FileRequest asked =
-            request("Open ZAV Configuration", with_.program_directory, "*.CFG");
-        const Choice choice = choose([&] { return with_.dialogs.choose_file_to_open(asked); },
+        const Choice choice = choose(ask,
                                      "File is not an ZAV Configuration File. Please Select a File "
                                      "with an Extension of .CFG");
         if (choice.path) load(*choice.path);
+    });
+}
+
+void ConfigFiles::open_file() {
+    const FileRequest asked = request("Open ZAV Configuration", with_.program_directory, "*.CFG");
+    open_chosen([&] { return with_.dialogs.choose_file_to_open(asked); });
+}
+
+void ConfigFiles::open_file(const std::string& path) {
+    const FileRequest other = request("Open ZAV Configuration", directory_of(path), "*.CFG");
+    bool asked = false;
+    open_chosen([&]() -> std::optional<std::string> {
+        if (std::exchange(asked, true)) return with_.dialogs.choose_file_to_open(other);
+        if (with_.files.exists(path)) return path;
+        with_.dialogs.message_box(
+            from_utf8_lossy(path) + "\n\nFile not found. Please check the name.", box::Exclamation,
+            ProgramName);
+        return std::nullopt;
     });
 }
 
@@ -148,6 +170,7 @@ void ConfigFiles::report_no_header() {
 void ConfigFiles::report_loaded(const std::string& path) {
     with_.configuration.ConfigFileName = path;
     with_.configuration.ConfigChanged = 0;
+    note_use();
     with_.dialogs.set_pointer(Pointer::Default);
     with_.message_line.DispMsg(" Configuration file Loaded - must be Transmitted to take Effect",
                                Colour::Blue);

@@ -3,8 +3,10 @@
 // Saving and opening configuration files, with the dialogs that go with it.
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "base/trap.h"
 #include "config/config_reader.h"
@@ -45,6 +47,12 @@ class ConfigFiles {
     // Asks for a file and loads it: as a whole, or not at all and with an error log beside it.
     void open_file();
 
+    // The same with a file that the operator has chosen otherwise.
+    void open_file(const std::string& path);
+
+    // Called with the path of every file that was loaded or saved.
+    void on_used(std::function<void(const std::string&)> action) { used_ = std::move(action); }
+
   private:
     struct Choice {
         std::optional<std::string> path;
@@ -55,6 +63,9 @@ class ConfigFiles {
     Choice choose(Ask ask, std::string_view complaint);
     bool name_file(std::int16_t& result);
     bool may_open();
+    template <class Ask>
+    void open_chosen(Ask ask);
+    void note_use() const;
     void load(const std::string& path);
     bool log_message(LoadLog& log, const LoadMessage& message);
     void report_no_header();
@@ -62,6 +73,7 @@ class ConfigFiles {
     void report_errors(const LoadLog& log);
 
     Surroundings with_;
+    std::function<void(const std::string&)> used_;
 };
 
 }  // namespace kavorix

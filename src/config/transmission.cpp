@@ -27,12 +27,13 @@ class While {
 
 Transmission::Transmission(const Configuration& configuration, const PodStatuses& status,
                            LinkState& link, Dialogs& dialogs, FailureReporter& failures,
-                           std::function<void()> TXString)
+                           SentConfigurations& sent, std::function<void()> TXString)
     : configuration_(configuration),
       status_(status),
       link_(link),
       dialogs_(dialogs),
       failures_(failures),
+      sent_(sent),
       tx_string_(std::move(TXString)) {}
 
 std::string Transmission::load_config(std::int16_t podIndex) {
@@ -51,29 +52,35 @@ std::string Transmission::statements_for(std::int16_t podIndex) {
     return configuration_statements(pod);
 }
 
-void Transmission::transmit_config() {
+void Transmission::transmit_config(const PodFlags& withdrawn) {
     if (transmitting_) return;
     const While sending(transmitting_);
     PodFlags chosen = link_.ZavSelected;
     const PodFlags polled = link_.PollTable.InPollTable;
     link_.ZavSelected.fill(0);
+    // The poll cycle goes on meanwhile and may remove pods that are not being sent to.
+    const auto removed = [&](int pod) {
+        return polled[at(pod)] == 1 && link_.PollTable.InPollTable[at(pod)] == 0;
+    };
     for (int pod = 0; pod < MaxZavs; ++pod)
-        if (chosen[at(pod)] == 1) transmit_to(pod, chosen);
-    // The poll cycle went on meanwhile and may have removed pods that were not being sent to.
-    for (std::size_t pod = 0; pod < chosen.size(); ++pod)
-        if (polled[pod] == 1 && link_.PollTable.InPollTable[pod] == 0) chosen[pod] = 0;
+        if (chosen[at(pod)] == 1 && !removed(pod) && withdrawn[at(pod)] != 1)
+            transmit_to(pod, chosen);
+    for (int pod = 0; pod < MaxZavs; ++pod)
+        if (removed(pod)) chosen[at(pod)] = 0;
     link_.ZavSelected = chosen;
     link_.NumSelected = static_cast<std::int16_t>(std::count(chosen.begin(), chosen.end(), 1));
 }
 
 void Transmission::transmit_to(int pod, PodFlags& chosen) {
-    link_.CommandString = load_config(static_cast<std::int16_t>(pod));
+    const std::string statements = load_config(static_cast<std::int16_t>(pod));
+    link_.CommandString = statements;
     link_.ZavSelected.fill(0);
     link_.ZavSelected[at(pod)] = 1;
     tx_string_();
     // The link takes a pod that fails out of the selection.
     chosen[at(pod)] = link_.ZavSelected[at(pod)];
     link_.ZavSelected[at(pod)] = 0;
+    if (!statements.empty() && chosen[at(pod)] == 1) sent_.note(pod);
 }
 
 }  // namespace kavorix

@@ -24,8 +24,9 @@ class GridSource {
     // again. Rows that only come behind the last one need not change it.
     virtual std::uint64_t layout() const = 0;
 
-    // Rows whose cells have changed since the last call, each once, in no order.
-    virtual std::vector<int> take_changed_rows() = 0;
+    // Rows whose cells have changed since the last call, each once, ascending. The list stands
+    // until the next call. Nothing is allocated once as many rows have changed before.
+    virtual const std::vector<int>& take_changed_rows() = 0;
 };
 
 }  // namespace kavorix

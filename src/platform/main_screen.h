@@ -4,6 +4,7 @@
 
 #include <array>
 #include <string>
+#include <string_view>
 
 #include "platform/controls.h"
 #include "platform/driver.h"
@@ -30,13 +31,17 @@ struct Icon {
     Picture picture = Picture::img1ZAV;
     bool visible = false;
     std::string tool_tip;
+    bool differs = false;  // of a pod: its configuration has changed since it was transmitted
     bool operator==(const Icon&) const = default;
 };
 
 using PodLabels = std::array<Label, MaxZavs>;
 
+inline constexpr std::string_view MainCaption = "KAVORIXER";
+
 struct MainScreen {
-    std::string caption = "KAVORIXER";
+    // With the configuration file, and a "*" while it has changes that were not saved.
+    std::string caption{MainCaption};
 
     Label lblMsg;
 
@@ -97,6 +102,7 @@ struct MainScreen {
     std::array<MenuItem, 2> mnuUtilitiesItem;
     MenuItem mnuHelp{"&Help"};
     MenuItem mnuGuide;
+    MenuItem mnuKeys;
     MenuItem mnuAbout;
 
     PodLabels& lblStrm(int stream) {

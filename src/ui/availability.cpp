@@ -82,6 +82,7 @@ constexpr std::array Rules = {
     Rule{Command::ConvertLogFile, {&Configurable}},
     Rule{Command::PrinterSetup, {&Configurable}},
     Rule{Command::Guide, {}},
+    Rule{Command::Keys, {}},
     Rule{Command::About, {}},
     Rule{Command::Configure, {&PodsFound, &Selection, &NothingSent, &Configurable}},
     Rule{Command::DefaultExpand, {&PodsFound}},

@@ -26,17 +26,17 @@ std::uint64_t ChannelOverview::layout() const {
     return layout_;
 }
 
-std::vector<int> ChannelOverview::take_changed_rows() {
+const std::vector<int>& ChannelOverview::take_changed_rows() {
     const PodConfig& pod = pod_();
-    std::vector<int> changed;
+    changed_.clear();
     for (int slot = 0; slot < pod.NumChannels; ++slot) {
         const bool paired_now = slot > 0 && pod.SixPole[at(slot - 1)] == 1;
         const bool paired_then = slot > 0 && shown_.SixPole[at(slot - 1)] == 1;
         if (pod.Channel[at(slot)] != shown_.Channel[at(slot)] || paired_now != paired_then)
-            changed.push_back(slot);
+            changed_.push_back(slot);
     }
-    if (!changed.empty()) shown_ = pod;
-    return changed;
+    if (!changed_.empty()) shown_ = pod;
+    return changed_;
 }
 
 }  // namespace kavorix

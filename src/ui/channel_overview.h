@@ -18,7 +18,7 @@ class ChannelOverview : public GridSource {
     const std::vector<std::string>& headings() const override { return headings_; }
     GridCell cell(int row, int column) const override;
     std::uint64_t layout() const override;
-    std::vector<int> take_changed_rows() override;
+    const std::vector<int>& take_changed_rows() override;
 
     // Whether a channel is in use; the rows of the others stand back.
     bool in_use(int row) const;
@@ -30,6 +30,7 @@ class ChannelOverview : public GridSource {
     mutable std::int16_t type_ = 0;
     mutable std::int16_t channels_ = 0;
     mutable std::uint64_t layout_ = 0;
+    std::vector<int> changed_;
 };
 
 }  // namespace kavorix

@@ -167,6 +167,8 @@ constexpr std::array UtilitiesItems = {
 constexpr std::array HelpItems = {
     MenuEntry{"mnuGuide", "&Guide", "How to work with the station; F1 tells about a window",
               Command::Guide, single<&MainScreen::mnuGuide>},
+    MenuEntry{"mnuKeys", "&Keyboard Short Cuts", "What every key does", Command::Keys,
+              single<&MainScreen::mnuKeys>},
     MenuEntry{"mnuAbout", "&About KAVORIXER.", "Program and driver version", Command::About,
               single<&MainScreen::mnuAbout>},
 };

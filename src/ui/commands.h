@@ -49,6 +49,7 @@ enum class Command {
     ConvertLogFile,
     PrinterSetup,
     Guide,
+    Keys,
     About,
     // Buttons without a menu item.
     Configure,

@@ -27,6 +27,7 @@ std::string_view handler_name(Command command) {
     if (command == Command::DefaultExpand) return "frmMain/cmdDefault_Click";
     if (command == Command::ClearErrors) return "frmMain/cmdClear_Click";
     if (command == Command::Guide) return "frmMain/mnuGuide_Click";
+    if (command == Command::Keys) return "frmMain/mnuKeys_Click";
     return "frmMain/mnuAbout_Click";
 }
 
@@ -120,7 +121,8 @@ void Operations::register_own_commands() {
     on(Command::Stream3AutoClear, [this] { toggle_stream3_auto_clear(); });
     on(Command::TransmitReminder,
        [this] { screen_.mnuTransmitRem.checked = !screen_.mnuTransmitRem.checked; });
-    on(Command::Guide, [this] { with_.windows.show_guide(); });
+    on(Command::Guide, [this] { with_.windows.show_guide("index"); });
+    on(Command::Keys, [this] { with_.windows.show_guide("keys"); });
     on(Command::About, [this] { show_about(); });
     on(Command::Configure, [this] { configure(); });
     on(Command::DefaultExpand, [this] { show_screen(!screen_.expanded); });
@@ -133,12 +135,30 @@ void Operations::on(Command command, std::function<void()> action) {
 
 template <class Action>
 void Operations::handler(std::string_view name, Action&& action) {
-    trapped(with_.link.failures, name, std::forward<Action>(action));
+    trapped(with_.link.failures, name, [&] {
+        action();
+        show_changes();
+    });
+}
+
+// What was changed and not saved, in the title; what was changed and not transmitted, at the pods.
+void Operations::show_changes() {
+    const Configuration& configuration = with_.configuration;
+    screen_.caption = MainCaption;
+    if (!configuration.ConfigFileName.empty())
+        screen_.caption += " - " + from_utf8_lossy(name_of(configuration.ConfigFileName));
+    if (configuration.ConfigChanged == 1) screen_.caption += " *";
+    for (int pod = 0; pod < MaxZavs; ++pod)
+        screen_.img_ZAV[at(pod)].differs =
+            screen_.img_ZAV[at(pod)].visible && with_.sent.differs(pod);
 }
 
 void Operations::run(Command command) {
-    if (!available(command)) return;
-    handler(handler_name(command), [&] { actions_[static_cast<std::size_t>(command)](); });
+    run(command, actions_[static_cast<std::size_t>(command)]);
+}
+
+void Operations::run(Command command, const std::function<void()>& action) {
+    if (available(command)) handler(handler_name(command), action);
 }
 
 void Operations::send(std::string command_string) {
@@ -178,7 +198,7 @@ void Operations::transmit_config() {
     const Sending sending(*this);
     cleared_.fill(0);
     sending_config_ = true;
-    with_.transmit_config();
+    with_.transmit_config(cleared_);
     sending_config_ = false;
 
     // The selection stands again: icons that data changed meanwhile show it, and what the operator
@@ -227,6 +247,8 @@ void Operations::default_cont_scan() {
         config.Setup = 1;
     }
     send("RE;SE;CO;");
+    for (int pod = 0; pod < MaxZavs; ++pod)
+        if (with_.command_link.reached()[at(pod)] == 1) with_.sent.note(pod);
     with_.configuration.ConfigChanged = 1;
 }
 
@@ -302,6 +324,20 @@ void Operations::img_ZAV_Click(int pod) {
     });
 }
 
+void Operations::select_for_menu(int pod) {
+    handler("frmMain/img_ZAV_MouseDown", [&] {
+        LinkState& link = run_time_.Link;
+        if (link.PollTable.InPollTable[at(pod)] != 1 || link.ZavSelected[at(pod)] == 1 ||
+            selection_locked())
+            return;
+        for (int other = 0; other < MaxZavs; ++other)
+            if (link.ZavSelected[at(other)] == 1) set_selected(other, false);
+        set_selected(pod, true);
+        link.NumSelected = 1;
+        CheckItems();
+    });
+}
+
 void Operations::img_4A_Click() {
     handler("frmMain/img_4A_Click", [&] {
         LinkState& link = run_time_.Link;
@@ -369,6 +405,7 @@ void Operations::clear_pod_error(int pod) {
     run_time_.Status[at(pod)].IconState = Resting;
     set_selected(pod, false);
     if (sending_config_) cleared_[at(pod)] = 1;
+    with_.sent.forget(pod);
 }
 
 void Operations::toggle_stream3_auto_clear() {

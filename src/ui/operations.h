@@ -7,7 +7,9 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <string_view>
 
+#include "config/sent_configurations.h"
 #include "graphs/live_graph.h"
 #include "link/command_link.h"
 #include "ui/availability.h"
@@ -42,8 +44,8 @@ class Windows : public GraphWindow {
   public:
     virtual void show_about(const AboutBox& about) = 0;
 
-    // The guide's first page.
-    virtual void show_guide() {}
+    // A page of the guide, "index" the first.
+    virtual void show_guide(std::string_view) {}
 
     // The stream views: opened, or brought to the front, on the pods that are selected now.
     virtual void show_stream0() = 0;
@@ -75,8 +77,10 @@ class Operations : public MainWindow {
         Configuration& configuration;
         CommandLink& command_link;
         Windows& windows;
-        std::string version;                    // of the program, for the About box
-        std::function<void()> transmit_config;  // sends each selected pod its configuration
+        SentConfigurations& sent;
+        std::string version;  // of the program, for the About box
+        // Sends each selected pod its configuration, but for those that are marked meanwhile.
+        std::function<void(const PodFlags& withdrawn)> transmit_config;
         std::function<void()> exit;  // leaves the program, or returns when the operator stays
     };
     explicit Operations(const Surroundings& surroundings);
@@ -88,6 +92,9 @@ class Operations : public MainWindow {
     // Runs a menu command; nothing happens while it is not available.
     void run(Command command);
 
+    // The same with another way to do it, such as with a file that is already chosen.
+    void run(Command command, const std::function<void()>& action);
+
     void cmdTrig_Click() { run(Command::Trigger); }
     void cmdHalt_Click() { run(Command::Halt); }
     void cmdTransmit_Click() { run(Command::TransmitConfig); }
@@ -97,6 +104,10 @@ class Operations : public MainWindow {
     void cmdClear_Click();
     void img_ZAV_Click(int pod);  // index 0..49
     void img_4A_Click();
+
+    // A menu of what can be done with a pod (index 0..49) is about to open: a pod that is not
+    // selected becomes the only one that is.
+    void select_for_menu(int pod);
     void pnlErr_DblClick();
     void pnlButton_DblClick(int stream);
     void unload_request();  // the window is asked to close; it stays until the program ends
@@ -148,6 +159,7 @@ class Operations : public MainWindow {
     bool confirmed(std::string_view text);
     StationState state() const;
     void show_availability();
+    void show_changes();
     bool available(Command command, const StationState& now) const;
     void show_menu(std::span<const MenuEntry> entries, const StationState& now);
     template <class Action>

@@ -2,6 +2,7 @@
 
 // What the stream views have in common: the pods they show and the rows that changed.
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <utility>
@@ -44,21 +45,29 @@ class ChangedRows {
     // The table has this many rows, none of them changed.
     void start(std::size_t rows) {
         marked_.assign(rows, false);
-        rows_.clear();
+        for (std::vector<int>* list : {&rows_, &taken_}) {
+            list->clear();
+            list->reserve(rows);
+        }
     }
     void add(std::size_t row) {
         if (marked_[row]) return;
         marked_[row] = true;
         rows_.push_back(static_cast<int>(row));
     }
-    std::vector<int> take() {
-        for (const int row : rows_) marked_[at(row)] = false;
-        return std::exchange(rows_, {});
+    // Ascending; stands until the next call.
+    const std::vector<int>& take() {
+        std::swap(taken_, rows_);
+        rows_.clear();
+        for (const int row : taken_) marked_[at(row)] = false;
+        if (!std::is_sorted(taken_.begin(), taken_.end())) std::sort(taken_.begin(), taken_.end());
+        return taken_;
     }
 
   private:
     std::vector<bool> marked_;
     std::vector<int> rows_;
+    std::vector<int> taken_;
 };
 
 }  // namespace kavorix

@@ -13,13 +13,13 @@ struct PodSetupScreen {
 
     Label lblZAVNo{"&ZAV Number:"};
     ListBox cboZAVNo;  // codes are pod indices
-    Label lblZAVType{"ZAV &Type:"};
+    Label lblZAVType{"ZA&V Type:"};
     ListBox cboZAVType;  // codes are type numbers
     Label lblScanPeriod{"Scan &Period:"};
     ListBox cboScanPeriod;  // codes are ms
     CheckBox chkSetup{"&Set-up (SE)"};
-    CheckBox chkArm{"&Arm (AR)"};
-    CheckBox chkCalOn{"Calibratio&n (KA)"};
+    CheckBox chkArm{"A&rm (AR)"};
+    CheckBox chkCalOn{"Calibration (&KA)"};
     CheckBox chkContScan{"&Continuous Scan (CO)"};
     Button cmdDefault{"&Default", "Start this ZAV anew with the defaults of the type connected"};
 
@@ -28,38 +28,38 @@ struct PodSetupScreen {
     ListBox cboChannel;  // codes are channel slots
     Label lblChanMode{"&Mode:"};
     ListBox cboChanMode;
-    Label lblRange{"&Range:"};
+    Label lblRange{"Ra&nge:"};
     ListBox cboRange;
-    Label lblLabel{"&Label:"};
+    Label lblLabel{"La&bel:"};
     TextField txtLabel;
     Label lblUnit{"&Unit:"};
     TextField txtUnit;
     Button cmdCopyChan{"Cop&y Channel...", "Give this channel's settings to other channels"};
-    Button cmdViewChans{"&View Channels...", "List the settings of all channels"};
+    Button cmdViewChans{"Vie&w Channels...", "List the settings of all channels"};
     Button cmdMx_c{"Unit Conversion M&x+c...", "Scale the readings of this channel"};
-    Button cmdPostLin{"Post-Lin&earisation...", "Coefficients of the two equations of this ZAV"};
-    Button cmdCoeff{"User Coe&fficients...", "Coefficients of this user thermocouple"};
-    Button cmdAlarm{"Alarm L&imits...", "High and low alarm of this channel"};
+    Button cmdPostLin{"Post-Lin E&quations...", "Coefficients of the two equations of this ZAV"};
+    Button cmdCoeff{"User Coefficien&ts...", "Coefficients of this user thermocouple"};
+    Button cmdAlarm{"Alarm &Limits...", "High and low alarm of this channel"};
     Button cmdGroup{"Alarm &Groups...", "Alarms that drive the outputs of channels 19 and 20"};
 
     Frame fmeAnalogZAVs{"Analog"};
-    Label lblIntegration{"Inte&gration Time:"};
+    Label lblIntegration{"&Integration Time:"};
     ListBox cboIntegration;
     CheckBox chkDegF{"&Fahrenheit"};
 
     Frame fmeThermoZAVs{"Thermocouple Reference"};
-    OptionButton optAmbTemp{"Am&bient Temperature"};
-    OptionButton optExtTemp{"E&xternal Temperature:"};
+    OptionButton optAmbTemp{"Ambi&ent Temperature"};
+    OptionButton optExtTemp{"Extern&al Temperature:"};
     TextField txtExtTemp;
-    CheckBox chkOpenTC{"Open Thermocouple Chec&k"};
+    CheckBox chkOpenTC{"&Open Thermocouple Check"};
 
     Frame fmeDigitalZAVs{"Digital"};
-    Label lblSampleRate{"Sample Rate:"};
+    Label lblSampleRate{"S&ample Rate:"};
     ListBox cboSampleRate;
-    Label lblTimeout{"Time-&out:"};
+    Label lblTimeout{"&Time-out:"};
     ListBox cboTimeout;
-    CheckBox chkHWWatch{"Hard&ware Watchdog"};
-    CheckBox chkSWWatch{"Soft&ware Watchdog:"};
+    CheckBox chkHWWatch{"Hardwar&e Watchdog"};
+    CheckBox chkSWWatch{"S&oftware Watchdog:"};
     TextField txtSWWatchTime;
 
     Frame fmeStrain{"Strain Gauge"};
@@ -67,9 +67,9 @@ struct PodSetupScreen {
     TextField txtGaugeFactor;
     Label lblOffset{"&Offset:"};
     TextField txtOffset;
-    Label lblInitialVolt{"Initial &Volt:"};
+    Label lblInitialVolt{"Initia&l Volt:"};
     TextField txtInitialVolt;
-    Button cmdInitialise{"&Initialise", "Read offset and initial volt from the gauge"};
+    Button cmdInitialise{"Initi&alise", "Read offset and initial volt from the gauge"};
 
     Button cmdUndo{"Undo", "Take back the last change (Ctrl+Z)"};
     Button cmdRedo{"Redo", "Make the change again (Ctrl+Y)"};

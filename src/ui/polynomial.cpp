@@ -44,10 +44,10 @@ double value_at(const Coefficients6& coefficients, double x) {
     return value;
 }
 
-ValueRange value_range(const Coefficients6& coefficients, double from, double to) {
+PolynomialRange value_range(const Coefficients6& coefficients, double from, double to) {
     constexpr int Steps = 200;
     bool any = false;
-    ValueRange range;
+    PolynomialRange range;
     for (int i = 0; i <= Steps; ++i) {
         const double value = value_at(coefficients, from + (to - from) * i / Steps);
         if (!std::isfinite(value)) continue;

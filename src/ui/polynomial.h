@@ -25,10 +25,10 @@ std::string coefficient_text(double value);
 
 // The lowest and the highest value of a polynomial over `from`..`to`, a little apart when it is
 // constant. Values beyond the range of a double are left out; 0 to 1 when all are.
-struct ValueRange {
+struct PolynomialRange {
     double lowest = 0;
     double highest = 1;
 };
-ValueRange value_range(const Coefficients6& coefficients, double from, double to);
+PolynomialRange value_range(const Coefficients6& coefficients, double from, double to);
 
 }  // namespace kavorix

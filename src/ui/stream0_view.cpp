@@ -5,7 +5,6 @@
 
 #include "acquire/result_codes.h"
 #include "base/text.h"
-#include "ui/pod_rows.h"
 
 namespace kavorix {
 
@@ -101,7 +100,7 @@ void Stream0View::each_row(Visit&& visit) const {
         const PodStatus& status = run_time_.Status[at(pod)];
         for (int channel = 0; channel < channels_shown(status); ++channel) {
             if (multi_view_ && status.ViewChannel[at(channel)] != 1) continue;
-            if (!visit(Row{pod, static_cast<std::int16_t>(channel), false})) return;
+            if (!visit(Row{pod, static_cast<std::int16_t>(channel)})) return;
         }
     }
 }
@@ -111,13 +110,12 @@ void Stream0View::rebuild() {
     screen.cboView.select_code(run_time_.Poll.ViewedZav);
     show_heading();
     rows_.clear();
-    changed_.clear();
     each_row([&](const Row& row) {
         rows_.push_back(row);
         shown(row) = current(row);
         return true;
     });
-    changed_.reserve(rows_.size());
+    changed_.start(rows_.size());
     ++layout_;
 }
 
@@ -168,20 +166,12 @@ void Stream0View::refresh() {
         return;
     }
     for (std::size_t i = 0; i < rows_.size(); ++i) {
-        Row& row = rows_[i];
+        const Row& row = rows_[i];
         const Shown now = current(row);
         if (shown(row).same_as(now)) continue;
         shown(row) = now;
-        if (!std::exchange(row.changed, true)) changed_.push_back(static_cast<int>(i));
+        changed_.add(i);
     }
-}
-
-std::vector<int> Stream0View::take_changed_rows() {
-    for (const int row : changed_) rows_[at(row)].changed = false;
-    // A copy: the list keeps its room for the next refresh.
-    std::vector<int> taken = changed_;
-    changed_.clear();
-    return taken;
 }
 
 GridCell Stream0View::cell(int row_index, int column) const {

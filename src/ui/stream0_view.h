@@ -10,6 +10,7 @@
 #include "model/runtime.h"
 #include "platform/controls.h"
 #include "platform/grid_source.h"
+#include "ui/pod_rows.h"
 #include "ui/select_channels.h"
 
 namespace kavorix {
@@ -20,7 +21,7 @@ struct Stream0Screen {
     ListBox cboView;  // the pods that can be viewed; codes are pod indices
     Button cmdToggle;
     Button cmdMin{"Reset Mi&n", "Start the peak minimum anew"};
-    Button cmdMax{"Reset Ma&x", "Start the peak maximum anew"};
+    Button cmdMax{"Reset M&ax", "Start the peak maximum anew"};
     Button cmdSelChan{"Select &Channels...", "Choose the channels of the multi view"};
     Button cmdExit{"E&xit", "Close this view"};
     Label lblZAV;
@@ -76,13 +77,12 @@ class Stream0View : public GridSource {
     const std::vector<std::string>& headings() const override { return headings_; }
     GridCell cell(int row, int column) const override;
     std::uint64_t layout() const override { return layout_; }
-    std::vector<int> take_changed_rows() override;
+    const std::vector<int>& take_changed_rows() override { return changed_.take(); }
 
   private:
     struct Row {
         std::int16_t pod = 0;
         std::int16_t channel = 0;
-        bool changed = false;
         bool names(const Row& other) const { return pod == other.pod && channel == other.channel; }
     };
     // What the view last showed of a channel.
@@ -110,7 +110,7 @@ class Stream0View : public GridSource {
     bool multi_view_ = false;
     std::vector<std::int16_t> pods_;  // pods of the list
     std::vector<Row> rows_;
-    std::vector<int> changed_;
+    ChangedRows changed_;
     std::vector<std::string> headings_;
     std::uint64_t layout_ = 0;
     std::array<std::array<Shown, MaxChannels>, MaxZavs> shown_{};

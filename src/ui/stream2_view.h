@@ -68,7 +68,7 @@ class Stream2View : public GridSource {
     const std::vector<std::string>& headings() const override { return headings_; }
     GridCell cell(int row, int column) const override;
     std::uint64_t layout() const override { return layout_; }
-    std::vector<int> take_changed_rows() override { return {}; }
+    const std::vector<int>& take_changed_rows() override { return none_; }
 
   private:
     void tmrTimeNow_Timer();
@@ -80,6 +80,7 @@ class Stream2View : public GridSource {
     std::unique_ptr<Timer> tmrTimeNow_;
     std::int16_t pod_ = 0;            // whose events are shown
     std::vector<EventTexts> events_;  // oldest first
+    const std::vector<int> none_;     // an event stays as it came
     std::vector<std::string> headings_{"Date", "Time", "Chan", "Event"};
     std::uint64_t layout_ = 0;
 };

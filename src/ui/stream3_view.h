@@ -42,7 +42,7 @@ class Stream3View : public GridSource {
     const std::vector<std::string>& headings() const override { return headings_; }
     GridCell cell(int row, int column) const override;
     std::uint64_t layout() const override { return layout_; }
-    std::vector<int> take_changed_rows() override { return changed_.take(); }
+    const std::vector<int>& take_changed_rows() override { return changed_.take(); }
 
   private:
     RunTime& run_time_;

@@ -148,6 +148,16 @@ struct LoadRow {
     Colour colour;
 };
 
+TEST(PollCycleWrap, ScansAreLoggedOnAMachineThatHasRunForMonths) {
+    Rig rig(3'000'000'000U);  // 34 days; no record has ever been written
+    rig.station({{3, "7RAA 0F 1.00"}});
+    rig.run_time.Log.ScanLogging = 1;
+    rig.run_time.Log.ScanLogInterval = 1000;
+    rig.start_polling();
+    rig.loop.run_for(10'100);
+    EXPECT_EQ(rig.consumers.scan_records, 10);
+}
+
 TEST_F(PollCycleTest, ShowsTheLoadEveryTenTicks) {
     const LoadRow rows[] = {
         {100, 1000, "10% |", Colour::Black},

@@ -224,6 +224,21 @@ TEST_F(ConfigFilesTest, CancelledOpenDialogChangesNothing) {
     EXPECT_EQ(screen_.lblMsg.caption, "");
 }
 
+TEST_F(ConfigFilesTest, AFileThatIsChosenAlreadyIsOpenedWithoutTheDialog) {
+    write("A.CFG", GoodFile);
+    Names used;
+    config_files_.on_used([&](const std::string& file) { used.push_back(file); });
+    config_files_.open_file(path("A.CFG"));
+    EXPECT_EQ(configuration_.ZavConfig[2].TypeCode, Type8S);
+    config_files_.save_file(0);
+    config_files_.open_file(path("GONE.CFG"));
+    EXPECT_EQ(used, (Names{path("A.CFG"), path("A.CFG")}));
+    EXPECT_EQ(dialogs_.requests.size(), 0u);
+    EXPECT_EQ(dialogs_.boxes,
+              (Boxes{{path("GONE.CFG") + "\n\nFile not found. Please check the name.",
+                      box::Exclamation, "KAVORIX"}}));
+}
+
 TEST_F(ConfigFilesTest, OpeningAnotherExtensionIsAskedAbout) {
     write("A.CFG", GoodFile);
     dialogs_.choose(path("A.DAT"));

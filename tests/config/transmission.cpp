@@ -71,8 +71,9 @@ class TransmissionTest : public testing::Test {
     test::RecordingFailures failures_;
     std::vector<std::string> sent_;
     std::function<void()> during_send_;
-    Transmission transmission_{configuration_, status_,   link_,
-                               dialogs_,       failures_, [this] { send(); }};
+    SentConfigurations held_{configuration_.ZavConfig};
+    Transmission transmission_{configuration_, status_,           link_, dialogs_, failures_,
+                               held_,          [this] { send(); }};
 };
 
 using Sent = std::vector<std::string>;
@@ -126,6 +127,29 @@ TEST_F(TransmissionTest, PodThatFailsItsTransmissionStaysDeselected) {
     EXPECT_EQ(sent_.size(), 3u);
     EXPECT_EQ(selected(), (Pods{3, 12}));
     EXPECT_EQ(link_.NumSelected, 2);
+}
+
+TEST_F(TransmissionTest, WhatAPodWasSentDiffersFromWhatIsConfiguredSince) {
+    PodConfig& pod = configuration_.ZavConfig[6];
+    EXPECT_FALSE(held_.differs(6)) << "nothing is known of it";
+    held_.note(6);
+    pod.Channel[0].Label = "Oven";
+    EXPECT_FALSE(held_.differs(6)) << "labels are not sent";
+    pod.ScanPeriod = 500;
+    EXPECT_TRUE(held_.differs(6));
+    select({3, 7});
+    during_send_ = [&] { remove(7); };
+    transmission_.transmit_config();
+    EXPECT_TRUE(held_.differs(6)) << "it did not come through";
+    link_.PollTable.InPollTable[6] = 1;
+    during_send_ = nullptr;
+    select({7});
+    transmission_.transmit_config();
+    EXPECT_FALSE(held_.differs(6));
+    held_.forget(6);
+    EXPECT_TRUE(held_.differs(6));
+    pod.TypeCode = NoDevice;
+    EXPECT_FALSE(held_.differs(6)) << "nothing would be sent";
 }
 
 TEST_F(TransmissionTest, PodRemovedWhileAnotherIsSentToStaysDeselected) {

@@ -20,17 +20,28 @@ class FaultyFile : public File {
         return behind_->read_at(offset, buffer);
     }
     void write(std::string_view bytes) override {
-        files_.pass(FileOperation::Write, path_);
+        try {
+            files_.pass(FileOperation::Write, path_);
+        } catch (const std::system_error&) {
+            if (files_.short_writes) behind_->write(bytes.substr(0, bytes.size() / 2));
+            throw;
+        }
         behind_->write(bytes);
     }
     void write_at(std::uint64_t offset, std::string_view bytes) override {
-        files_.pass(FileOperation::Write, path_);
+        try {
+            files_.pass(FileOperation::Write, path_);
+        } catch (const std::system_error&) {
+            if (files_.short_writes) behind_->write_at(offset, bytes.substr(0, bytes.size() / 2));
+            throw;
+        }
         behind_->write_at(offset, bytes);
     }
     std::uint64_t size() override {
         files_.pass(FileOperation::Size, path_);
         return behind_->size();
     }
+    bool deleted() override { return behind_->deleted(); }
     void truncate(std::uint64_t size) override {
         files_.pass(FileOperation::Truncate, path_);
         behind_->truncate(size);
@@ -52,7 +63,22 @@ class FaultyFile : public File {
 
 }  // namespace
 
+void FaultyFiles::strike(const std::string& path) {
+    if (std::this_thread::get_id() != thread_) return;
+    ++operations_;
+    if (!any_fault_ || any_fault_->fault.spared-- > 0) return;
+    const std::errc reason = any_fault_->fault.reason;
+    struck_ = true;
+    if (any_fault_->for_ever)
+        any_fault_->fault.spared = 0;
+    else
+        any_fault_.reset();
+    throw std::system_error(std::make_error_code(reason), "\"" + path + "\"");
+}
+
 void FaultyFiles::pass(FileOperation kind, const std::string& path) {
+    const std::lock_guard lock(mutex_);
+    strike(path);
     ++counts_[kind];
     if (const auto action = actions_.find(kind); action != actions_.end()) action->second();
     const auto fault = faults_.find(kind);

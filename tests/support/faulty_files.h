@@ -1,14 +1,17 @@
 #pragma once
 
 // Files that fail on demand. Levers: fail() lets operations of one kind fail from now on,
-// fail_after() spares the first ones, before() runs code of the test ahead of each. What does not
-// fail goes to the files behind.
+// fail_after() spares the first ones, fail_operation() counts operations of every kind, before()
+// runs code of the test ahead of each. What does not fail goes to the files behind.
 
 #include <functional>
 #include <map>
 #include <memory>
+#include <mutex>
+#include <optional>
 #include <string>
 #include <system_error>
+#include <thread>
 
 #include "platform/files.h"
 
@@ -37,6 +40,22 @@ class FaultyFiles : public Files {
     void fail_after(FileOperation kind, int spared, std::errc reason) {
         faults_[kind] = {spared, reason};
     }
+    // Whatever is asked for after `spared` more operations fails, once or from then on. What the
+    // program does in another thread (the syncing of logs) is left alone: when it comes is chance.
+    void fail_operation(int spared, std::errc reason, bool for_ever = false) {
+        any_fault_ = AnyFault{{spared, reason}, for_ever};
+        struck_ = false;
+    }
+    // A write that fails has brought half of its bytes into the file.
+    bool short_writes = false;
+    // Whether fail_operation() has come true. heal() takes it back.
+    bool struck() const { return struck_; }
+    void heal() {
+        any_fault_.reset();
+        struck_ = short_writes = false;
+    }
+    // Operations of the test's thread so far.
+    int operations() const { return operations_; }
     void before(FileOperation kind, std::function<void()> action) {
         actions_[kind] = std::move(action);
     }
@@ -62,7 +81,18 @@ class FaultyFiles : public Files {
         std::errc reason{};
     };
 
+    struct AnyFault {
+        Fault fault;
+        bool for_ever = false;
+    };
+    void strike(const std::string& path);
+
     Files& behind_;
+    std::mutex mutex_;
+    std::thread::id thread_ = std::this_thread::get_id();
+    std::optional<AnyFault> any_fault_;
+    bool struck_ = false;
+    int operations_ = 0;
     std::map<FileOperation, Fault> faults_;
     std::map<FileOperation, std::function<void()>> actions_;
     std::map<FileOperation, int> counts_;

@@ -44,7 +44,7 @@ class MemoryFiles::MemoryFile : public File {
         if (content.size() < offset + bytes.size()) content.resize(offset + bytes.size());
         content.replace(offset, bytes.size(), bytes);
         if (files_.space) *files_.space -= bytes.size();
-        files_.log.push_back("write " + path_);
+        files_.note("write " + path_);
         if (bytes.size() < wanted.size()) fail(ENOSPC, "Writing", path_);
     }
     std::uint64_t size() override { return node_->content.size(); }
@@ -60,12 +60,12 @@ class MemoryFiles::MemoryFile : public File {
     void sync() override {
         const std::lock_guard lock(files_.mutex_);
         if (files_.sync_failure) fail(*files_.sync_failure, "Syncing", path_);
-        files_.log.push_back("sync " + path_);
+        files_.note("sync " + path_);
         node_->synced = node_->content;
     }
     void close() override {
         const std::lock_guard lock(files_.mutex_);
-        files_.log.push_back("close " + path_);
+        files_.note("close " + path_);
     }
 
   private:
@@ -100,7 +100,7 @@ std::unique_ptr<File> MemoryFiles::open(const std::string& path, OpenMode mode) 
     std::shared_ptr<Node>& node = files_[path];
     if (!node) node = std::make_shared<Node>();
     if (mode == OpenMode::Create) {
-        log.push_back("create " + path);
+        note("create " + path);
         node->content.clear();
     }
     return std::make_unique<MemoryFile>(*this, node, path, mode);
@@ -109,7 +109,7 @@ std::unique_ptr<File> MemoryFiles::open(const std::string& path, OpenMode mode) 
 void MemoryFiles::remove(const std::string& path) {
     check("Deleting", path);
     if (files_.erase(path) == 0) fail(ENOENT, "Deleting", path);
-    log.push_back("remove " + path);
+    note("remove " + path);
 }
 
 void MemoryFiles::rename(const std::string& from, const std::string& to) {
@@ -118,16 +118,16 @@ void MemoryFiles::rename(const std::string& from, const std::string& to) {
     if (found == files_.end()) fail(ENOENT, "Renaming to", to);
     files_[to] = found->second;
     files_.erase(from);
-    log.push_back("rename " + from + " " + to);
+    note("rename " + from + " " + to);
 }
 
 void MemoryFiles::make_directories(const std::string& path) {
     check("Creating", path);
-    log.push_back("directory " + path);
+    note("directory " + path);
 }
 
 void MemoryFiles::sync_directory(const std::string& directory) {
-    log.push_back("sync directory " + directory);
+    note("sync directory " + directory);
 }
 
 }  // namespace kavorix::test

@@ -40,6 +40,7 @@ class MemoryFiles : public Files {
     const std::string& synced(const std::string& path) const { return files_.at(path)->synced; }
     std::vector<std::string> paths() const;
     std::vector<std::string> log;
+    bool keep_log = true;  // false: a long run notes nothing in it
 
     std::unique_ptr<File> open(const std::string& path, OpenMode mode) override;
     bool exists(const std::string& path) override { return has(path); }
@@ -55,6 +56,9 @@ class MemoryFiles : public Files {
     };
     class MemoryFile;
 
+    void note(const std::string& what) {
+        if (keep_log) log.push_back(what);
+    }
     void check(const std::string& operation, const std::string& path) const;
 
     // An open file keeps its node when the name goes, as on a disk.

@@ -41,12 +41,16 @@ class UiRig : public Rig {
         configuration.ConfigChanged = 0;
         return std::int16_t{0};
     };
-    Transmission transmission{configuration, run_time.Status, run_time.Link,
-                              dialogs,       failures,        [this] { link.TXString(); }};
+    SentConfigurations sent{configuration.ZavConfig};
+    Transmission transmission{
+        configuration, run_time.Status, run_time.Link, dialogs, failures, sent, [this] {
+            link.TXString();
+        }};
     ProgramExit program_exit{surroundings, [this](std::int16_t as) { return save_file(as); }};
-    Operations operations{{surroundings, configuration, link, windows, "1.2",
-                           [this] { transmission.transmit_config(); },
-                           [this] { program_exit.ExitKAVORIX(); }}};
+    Operations operations{
+        {surroundings, configuration, link, windows, sent, "1.2",
+         [this](const PodFlags& withdrawn) { transmission.transmit_config(withdrawn); },
+         [this] { program_exit.ExitKAVORIX(); }}};
 
     // Clicks on pod icons.
     void click(const std::vector<int>& pods) {

@@ -48,7 +48,7 @@ Commands operator+(Commands a, const Commands& b) {
     return a;
 }
 
-const Commands Always = {Exit, Guide, About};
+const Commands Always = {Exit, Guide, Keys, About};
 const Commands Files = {OpenFile, Save, SaveAs};
 const Commands Utilities = {ConvertLogFile, PrinterSetup};
 const Commands Setups = {InterfaceCard, ZavSetup};

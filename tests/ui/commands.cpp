@@ -84,6 +84,7 @@ TEST(MenuBar, HasItsItemsUnderTheirNames) {
                             "mnuUtilitiesItem(1) &Printer Setup...",
                             "mnuHelp &Help",
                             "mnuGuide &Guide",
+                            "mnuKeys &Keyboard Short Cuts",
                             "mnuAbout &About KAVORIXER."}));
 }
 

@@ -191,6 +191,7 @@ TEST_F(DuringWaits, APodThatFailsWhileAnotherGetsItsConfigurationStaysDeselected
     EXPECT_EQ(state().NumSelected, 1);
     EXPECT_EQ(picture(5), Picture::img1ZAV_E);
     EXPECT_EQ(log_text(), LogHeader + ReceiveError);
+    EXPECT_EQ(driver.recorded("Tx 5"), Lines{});
 }
 
 TEST_F(DuringWaits, APodClearedWhileConfigurationsAreSentStaysDeselected) {
@@ -205,6 +206,7 @@ TEST_F(DuringWaits, APodClearedWhileConfigurationsAreSentStaysDeselected) {
     EXPECT_EQ(selection(), (Pods{3}));
     EXPECT_EQ(state().NumSelected, 1);
     EXPECT_EQ(picture(5), Picture::img1ZAV);
+    EXPECT_EQ(driver.recorded("Tx 5"), Lines{});
 }
 
 TEST_F(DuringWaits, ExitWhileConfigurationsAreSentEndsTheProgram) {

@@ -279,6 +279,63 @@ TEST_F(OperationsTest, ClearLeavesPodsWithoutErrorsAlone) {
     EXPECT_EQ(selection(), (Pods{3}));
 }
 
+TEST_F(OperationsTest, TheTitleNamesTheFileAndItsChanges) {
+    EXPECT_EQ(screen.caption, "KAVORIXER");
+    const auto after = [&](const char* file, std::int16_t changed) {
+        configuration.ConfigFileName = file;
+        configuration.ConfigChanged = changed;
+        operations.run(Command::ZavSetup);
+        return screen.caption;
+    };
+    click({3});
+    EXPECT_EQ(after("", 1), "KAVORIXER *");
+    EXPECT_EQ(after("/plant/Kiln 4.CFG", 0), "KAVORIXER - Kiln 4.CFG");
+    EXPECT_EQ(after("/plant/Kiln 4.CFG", 1), "KAVORIXER - Kiln 4.CFG *");
+}
+
+TEST_F(OperationsTest, PodsThatHaveSomethingToBeTransmittedAreMarked) {
+    const auto marked = [&] {
+        Pods pods;
+        for (int pod = 1; pod <= MaxZavs; ++pod)
+            if (screen.img_ZAV[at(pod - 1)].differs) pods.push_back(pod);
+        return pods;
+    };
+    for (const int pod : {3, 5, 8}) sent.note(pod - 1);
+    operations.on(Command::ZavSetup, [&] {
+        config(3).ScanPeriod = config(8).ScanPeriod = 100;
+        config(5).Channel[0].Label = "Oven";
+    });
+    click({3});
+    EXPECT_EQ(marked(), Pods{});
+    operations.run(Command::ZavSetup);
+    EXPECT_EQ(marked(), (Pods{3, 8}));
+    operations.run(Command::TransmitConfig);
+    EXPECT_EQ(marked(), (Pods{8}));
+    click({5, 8});
+    driver.pod(5).tx_status = 1;
+    dialogs.answer(Answer::Ok);
+    operations.run(Command::DefaultContScan);
+    EXPECT_EQ(marked(), (Pods{5})) << "5 could not be reached";
+    operations.cmdClear_Click();
+    EXPECT_EQ(marked(), (Pods{5}));
+    status(8).ErrorFlag = 1;
+    operations.cmdClear_Click();
+    EXPECT_EQ(marked(), (Pods{5, 8})) << "what a failed pod holds is not known";
+}
+
+TEST_F(OperationsTest, AMenuOfAPodIsAboutTheSelectionOrThatPodAlone) {
+    click({3, 5});
+    operations.select_for_menu(4);
+    EXPECT_EQ(selection(), (Pods{3, 5}));
+    operations.select_for_menu(7);
+    EXPECT_EQ(selection(), (Pods{8}));
+    EXPECT_EQ(state().NumSelected, 1);
+    EXPECT_EQ(picture(3), Picture::img1ZAV);
+    EXPECT_EQ(picture(8), Picture::imgZAV);
+    operations.select_for_menu(20);  // nothing there
+    EXPECT_EQ(selection(), (Pods{8}));
+}
+
 TEST_F(OperationsTest, DeleteResetsTheSelectedPodsAfterAsking) {
     click({3, 8});
     for (const int pod : {3, 5, 8}) config(pod).Channel[0].Label = "Oven";
@@ -452,6 +509,7 @@ TEST_F(OperationsTest, AFailureIsReportedUnderTheHandlersName) {
         {Command::ExpandScreen, "frmMain/mnuOptionsItem_Click"},
         {Command::ConvertLogFile, "frmMain/mnuUtilitiesItem_Click"},
         {Command::Guide, "frmMain/mnuGuide_Click"},
+        {Command::Keys, "frmMain/mnuKeys_Click"},
         {Command::About, "frmMain/mnuAbout_Click"},
     };
     for (const TraceRow& row : rows) {

@@ -18,6 +18,14 @@ QVariant alignment(bool number) {
     return QVariant((number ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
 }
 
+// Most cells are numbers: the way over the code page is for the others.
+QString text_of(const std::string& text) {
+    const bool ascii = std::all_of(text.begin(), text.end(),
+                                   [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    return ascii ? QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()))
+                 : to_qt(text);
+}
+
 }  // namespace
 
 GridModel::GridModel(GridSource& source)
@@ -31,7 +39,7 @@ GridModel::GridModel(GridSource& source)
 
 void GridModel::refresh() {
     const std::uint64_t layout = source_.layout();
-    std::vector<int> changed = source_.take_changed_rows();
+    const std::vector<int>& changed = source_.take_changed_rows();
     if (layout != layout_) {
         beginResetModel();
         layout_ = layout;
@@ -46,7 +54,7 @@ void GridModel::refresh() {
     if (!changed.empty()) {
         cached_at_ = {};
         look_for_numbers(changed.front());
-        announce(std::move(changed));
+        announce(changed);
     }
     if (const int rows = source_.row_count(); rows > rows_) {
         beginInsertRows({}, rows_, rows - 1);
@@ -71,8 +79,7 @@ bool GridModel::shows_numbers(int column) const {
 }
 
 // Neighbouring rows are announced together.
-void GridModel::announce(std::vector<int> rows) {
-    std::sort(rows.begin(), rows.end());
+void GridModel::announce(const std::vector<int>& rows) {
     for (std::size_t first = 0; first < rows.size();) {
         std::size_t last = first;
         while (last + 1 < rows.size() && rows[last + 1] == rows[last] + 1) ++last;
@@ -97,22 +104,37 @@ const GridCell& GridModel::cell(const QModelIndex& index) const {
     return cached_;
 }
 
+// The source may have fewer rows by now than the view was told.
+bool GridModel::is_there(const QModelIndex& index) const {
+    return index.isValid() && index.row() < source_.row_count() && layout_ == source_.layout();
+}
+
 QVariant GridModel::data(const QModelIndex& index, int role) const {
-    // The source may have fewer rows by now than the view was told.
-    if (!index.isValid() || index.row() >= source_.row_count() || layout_ != source_.layout())
-        return {};
+    return is_there(index) ? shown(cell(index), index.column(), role) : QVariant();
+}
+
+// Everything that painting a cell asks for, in one go.
+void GridModel::multiData(const QModelIndex& index, QModelRoleDataSpan roles) const {
+    const bool there = is_there(index);
+    for (QModelRoleData& role : roles)
+        if (there)
+            role.setData(shown(cell(index), index.column(), role.role()));
+        else
+            role.clearData();
+}
+
+QVariant GridModel::shown(const GridCell& cell, int column, int role) {
     switch (role) {
         case Qt::DisplayRole:
-            return to_qt(cell(index).text);
+            return text_of(cell.text);
         case Qt::AccessibleTextRole:
-            return cell(index).error ? to_qt(cell(index).text + ", error") : QVariant();
+            return cell.error ? to_qt(cell.text + ", error") : QVariant();
         case Qt::ForegroundRole:
-            return cell(index).error ? text_colour(Colour::Red, QApplication::palette())
-                                     : QVariant();
+            return cell.error ? text_colour(Colour::Red, QApplication::palette()) : QVariant();
         case Qt::DecorationRole:
-            return cell(index).error ? glyph_icon(Glyph::Warning) : QVariant();
+            return cell.error ? glyph_icon(Glyph::Warning) : QVariant();
         case Qt::TextAlignmentRole:
-            return alignment(index.column() > 0 && is_numeric(cell(index).text));
+            return alignment(column > 0 && is_numeric(cell.text));
         default:
             return {};
     }
@@ -142,15 +164,15 @@ std::uint64_t GridRecordSource::layout() const {
     return layout_;
 }
 
-std::vector<int> GridRecordSource::take_changed_rows() {
+const std::vector<int>& GridRecordSource::take_changed_rows() {
     layout();
-    std::vector<int> changed;
+    changed_.clear();
     for (std::size_t row = 0; row < grid_.rows.size(); ++row)
         if (grid_.rows[row] != seen_.rows[row]) {
             seen_.rows[row] = grid_.rows[row];
-            changed.push_back(static_cast<int>(row));
+            changed_.push_back(static_cast<int>(row));
         }
-    return changed;
+    return changed_;
 }
 
 }  // namespace kavorix

@@ -21,11 +21,14 @@ class GridModel : public QAbstractTableModel {
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
+    void multiData(const QModelIndex& index, QModelRoleDataSpan roles) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
   private:
+    bool is_there(const QModelIndex& index) const;
     const GridCell& cell(const QModelIndex& index) const;
-    void announce(std::vector<int> rows);
+    static QVariant shown(const GridCell& cell, int column, int role);
+    void announce(const std::vector<int>& rows);
     void look_for_numbers(int row);
     bool shows_numbers(int column) const;
 
@@ -49,12 +52,13 @@ class GridRecordSource : public GridSource {
     const std::vector<std::string>& headings() const override { return grid_.headings; }
     GridCell cell(int row, int column) const override;
     std::uint64_t layout() const override;
-    std::vector<int> take_changed_rows() override;
+    const std::vector<int>& take_changed_rows() override;
 
   private:
     const Grid& grid_;
     mutable Grid seen_;
     mutable std::uint64_t layout_ = 0;
+    std::vector<int> changed_;
 };
 
 }  // namespace kavorix

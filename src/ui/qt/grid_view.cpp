@@ -7,11 +7,13 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <algorithm>
+#include <utility>
 
 namespace kavorix {
 
 namespace {
 
+constexpr int LeastWidth = 20;  // of a column that the operator made narrow
 constexpr int LeastFirstColumn = 72;
 constexpr int CellMargins = 28;
 constexpr int RowsToFit = 20;     // the toolkit would look at all of them
@@ -39,29 +41,64 @@ GridView::GridView(QWidget* parent) : QTableView(parent) {
 
 void GridView::setModel(QAbstractItemModel* model) {
     QTableView::setModel(model);
-    fitted_.clear();
+    headings_.clear();
+    fitted_ = false;
     if (!model) return;
     connect(model, &QAbstractItemModel::modelReset, this, [this] { fit_columns(); });
     fit_columns();
 }
 
-// Other headings mean another table; with the same ones the operator's widths stay.
+void GridView::set_least_widths(std::vector<int> widths) {
+    least_widths_ = std::move(widths);
+    headings_.clear();
+    if (model()) fit_columns();
+}
+
+QByteArray GridView::column_widths() const {
+    QByteArrayList widths;
+    for (int column = 0; column < headings_.size(); ++column)
+        widths << QByteArray::number(columnWidth(column));
+    return widths.join(',');
+}
+
+void GridView::restore_column_widths(const QByteArray& widths) {
+    remembered_ = widths.split(',');
+    headings_.clear();
+    if (model()) fit_columns();
+}
+
+// Columns are fitted once to a table with rows; from then on the operator's widths stay, but for
+// those whose heading is another. Another number of columns means another table.
 void GridView::fit_columns() {
     QStringList headings;
     for (int column = 0; column < model()->columnCount(); ++column)
         headings << model()->headerData(column, Qt::Horizontal).toString();
-    const bool fitted = headings.size() == fitted_.size();
-    fitted_ = headings;
-    if (fitted) return;
-    const int rows = std::min(model()->rowCount(), RowsToFit);
+    const bool same_table = headings.size() == headings_.size();
+    const bool remembered = !same_table && headings.size() == remembered_.size();
     for (int column = 0; column < headings.size(); ++column) {
-        int width = fontMetrics().horizontalAdvance(headings[column]);
-        for (int row = 0; row < rows; ++row)
-            width = std::max(width, fontMetrics().horizontalAdvance(
-                                        model()->index(row, column).data().toString()));
-        setColumnWidth(column,
-                       std::max(width + CellMargins, column == 0 ? LeastFirstColumn : LeastColumn));
+        const int fitting = fitting_width(column);
+        if (remembered)
+            setColumnWidth(column, std::max(remembered_[column].toInt(), LeastWidth));
+        else if (!same_table || !fitted_)
+            setColumnWidth(column, fitting);
+        else if (headings[column] != headings_[column])
+            setColumnWidth(column, std::max(columnWidth(column), fitting));
     }
+    fitted_ = remembered || (same_table && fitted_) || model()->rowCount() > 0;
+    headings_ = headings;
+}
+
+int GridView::fitting_width(int column) const {
+    int width = horizontalHeader()->fontMetrics().horizontalAdvance(
+        model()->headerData(column, Qt::Horizontal).toString());
+    const int rows = std::min(model()->rowCount(), RowsToFit);
+    for (int row = 0; row < rows; ++row)
+        width = std::max(
+            width, fontMetrics().horizontalAdvance(model()->index(row, column).data().toString()));
+    const auto index = static_cast<std::size_t>(column);
+    return std::max(width + CellMargins, index < least_widths_.size() ? least_widths_[index]
+                                         : column == 0                ? LeastFirstColumn
+                                                                      : LeastColumn);
 }
 
 QString GridView::selected_text() const {

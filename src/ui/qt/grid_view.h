@@ -1,7 +1,9 @@
 #pragma once
 
+#include <QByteArrayList>
 #include <QStringList>
 #include <QTableView>
+#include <vector>
 
 namespace kavorix {
 
@@ -15,6 +17,14 @@ class GridView : public QTableView {
 
     void setModel(QAbstractItemModel* model) override;
 
+    // Least widths of the columns while they are fitted, in pixels, for tables whose cells are not
+    // readings; columns beyond the list have that of a reading.
+    void set_least_widths(std::vector<int> widths);
+
+    // The widths of the columns, for another time. Those that are restored stay.
+    QByteArray column_widths() const;
+    void restore_column_widths(const QByteArray& widths);
+
     // The selected cells, a line per row; cells between selected ones are empty.
     QString selected_text() const;
 
@@ -25,8 +35,12 @@ class GridView : public QTableView {
   private:
     void copy() const;
     void fit_columns();
+    int fitting_width(int column) const;
 
-    QStringList fitted_;  // the headings that the columns were fitted to
+    QStringList headings_;  // that the columns were fitted to
+    bool fitted_ = false;   // to rows, not to headings alone
+    QByteArrayList remembered_;
+    std::vector<int> least_widths_;
 };
 
 }  // namespace kavorix

@@ -38,8 +38,9 @@ Guide::~Guide() {
     delete window_;
 }
 
-void Guide::open() {
-    show_page(documents_ + FirstPage);
+void Guide::open(std::string_view page) {
+    show_page(documents_ + "/guide/" +
+              QString::fromLatin1(page.data(), static_cast<qsizetype>(page.size())) + ".md");
 }
 
 void Guide::open_about(const QWidget* window) {

@@ -5,6 +5,7 @@
 #include <QObject>
 #include <QPointer>
 #include <QString>
+#include <string_view>
 
 #include "ui/qt/window_memory.h"
 
@@ -25,8 +26,8 @@ class Guide : public QObject {
     Guide(QString documents, const WindowMemory& memory);
     ~Guide() override;
 
-    // Shows the first page.
-    void open();
+    // Shows a page of the folder guide/, "index" the first.
+    void open(std::string_view page = "index");
 
     // Shows the page about a window: the one that has the object name of it or of the nearest
     // window that it belongs to; the first page when there is none.

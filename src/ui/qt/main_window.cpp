@@ -1,7 +1,10 @@
 #include "ui/qt/main_window.h"
 
 #include <QCloseEvent>
+#include <QDragEnterEvent>
+#include <QFileInfo>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QShortcutEvent>
 
 #include "ui/operations.h"
@@ -33,6 +36,21 @@ constexpr CommandButton CommandButtons[] = {
     {"cmdClear", &MainScreen::cmdClear, &MainWindowHandlers::cmdClear_Click, Glyph::Clear},
 };
 
+// The menu of a pod, out of the menu bar's items.
+constexpr const char* Separator = "-";
+constexpr const char* PodMenu[] = {"mnuOperateItem(0)",
+                                   "mnuOperateItem(1)",
+                                   Separator,
+                                   "mnuConfigItem(1)",
+                                   "mnuConfigItem(7)",
+                                   "mnuConfigItem(11)",
+                                   Separator,
+                                   "mnuViewDataItem(0)",
+                                   "mnuViewDataItem(1)",
+                                   "mnuViewDataItem(2)",
+                                   "mnuViewDataItem(3)",
+                                   "mnuViewItem(1)"};
+
 constexpr int SpareHeight = 48;  // of a window that was never resized: room to breathe
 
 QString to_name(std::string_view name) {
@@ -52,6 +70,7 @@ MainWindowHandlers handlers_of(Operations& operations) {
     handlers.cmdSelectAll_Click = [&] { operations.cmdSelectAll_Click(); };
     handlers.cmdClear_Click = [&] { operations.cmdClear_Click(); };
     handlers.img_ZAV_Click = [&](int pod) { operations.img_ZAV_Click(pod); };
+    handlers.select_for_menu = [&](int pod) { operations.select_for_menu(pod); };
     handlers.img_4A_Click = [&] { operations.img_4A_Click(); };
     handlers.pnlErr_DblClick = [&] { operations.pnlErr_DblClick(); };
     handlers.pnlButton_DblClick = [&](int stream) { operations.pnlButton_DblClick(stream); };
@@ -66,11 +85,14 @@ QtMainWindow::QtMainWindow(MainScreen& screen, MainWindowHandlers handlers, Mirr
       handlers_(std::move(handlers)),
       mirrors_(mirrors),
       memory_(memory_path),
+      recent_(memory_),
       ui_(std::make_unique<Ui::frmMain>()) {
     ui_->setupUi(this);
     setWindowIcon(program_icon());
     binder_ = std::make_unique<Binder>(mirrors, *this);
     build_menus();
+    build_recent_menu();
+    setAcceptDrops(true);
     bind_panels();
     bind_buttons();
     connect(ui_->img_4A, &QAbstractButton::clicked, this,
@@ -78,6 +100,7 @@ QtMainWindow::QtMainWindow(MainScreen& screen, MainWindowHandlers handlers, Mirr
     ui_->podDisplay->on_click = [this](int pod) {
         mirrors_.loop().dispatch([&] { handlers_.img_ZAV_Click(pod); });
     };
+    ui_->podDisplay->on_menu = [this](int pod, const QPoint& place) { show_pod_menu(pod, place); };
     mirrors_.add(*this);
     refresh();
     restore_place();
@@ -153,6 +176,74 @@ void QtMainWindow::fill_menu(QMenu& menu, std::span<const MenuEntry> entries) {
             mirrors_.loop().dispatch([&] { handlers_.run(command); });
         });
     }
+}
+
+void QtMainWindow::build_recent_menu() {
+    auto* const save_as = findChild<QAction*>("mnuConfigItem(5)");
+    QMenu& config = *findChild<QMenu*>("mnuConfig");
+    recent_menu_ = new QMenu("&Recent Files", &config);
+    recent_menu_->setObjectName("mnuRecent");
+    const QList<QAction*> actions = config.actions();
+    config.insertMenu(actions.value(actions.indexOf(save_as) + 1), recent_menu_);
+    connect(&config, &QMenu::aboutToShow, this, [this] { list_recent_files(); });
+}
+
+// Usable whenever a file can be opened.
+void QtMainWindow::list_recent_files() {
+    recent_menu_->clear();
+    const QStringList paths = recent_.paths();
+    for (qsizetype i = 0; i < paths.size(); ++i) {
+        QString name = QFileInfo(paths[i]).fileName();
+        name.replace(u'&', "&&");
+        QAction& action = *recent_menu_->addAction(QString("&%1  %2").arg(i + 1).arg(name));
+        action.setToolTip(paths[i]);
+        connect(&action, &QAction::triggered, this, [this, path = paths[i]] { open_later(path); });
+    }
+    recent_menu_->setToolTipsVisible(true);
+    recent_menu_->menuAction()->setEnabled(!paths.isEmpty() && handlers_.open &&
+                                           findChild<QAction*>("mnuConfigItem(3)")->isEnabled());
+}
+
+void QtMainWindow::note_recent(const std::string& path) {
+    recent_.add(QFile::decodeName(QByteArray::fromStdString(path)));
+}
+
+// Behind the event that asked for it: whoever dropped a file does not have to wait.
+void QtMainWindow::open_later(const QString& path) {
+    mirrors_.loop().call_later(
+        0, [this, bytes = QFile::encodeName(path).toStdString()] { handlers_.open(bytes); });
+}
+
+void QtMainWindow::dragEnterEvent(QDragEnterEvent* event) {
+    const QList<QUrl> urls = event->mimeData()->urls();
+    if (handlers_.open && urls.size() == 1 && urls.front().isLocalFile() &&
+        QStringList{"cfg", "dat"}.contains(
+            QFileInfo(urls.front().toLocalFile()).suffix().toLower()))
+        event->acceptProposedAction();
+}
+
+void QtMainWindow::dropEvent(QDropEvent* event) {
+    event->acceptProposedAction();
+    open_later(event->mimeData()->urls().front().toLocalFile());
+}
+
+// The menu items that make sense for a pod, as the menu bar has them.
+void QtMainWindow::show_pod_menu(int pod, const QPoint& place) {
+    if (!screen_.img_ZAV[static_cast<std::size_t>(pod)].visible) return;
+    mirrors_.loop().dispatch([&] {
+        handlers_.select_for_menu(pod);
+        if (handlers_.mnuOperate_Click) handlers_.mnuOperate_Click();
+        binder_->refresh();
+    });
+    auto* const menu = new QMenu(this);
+    menu->setObjectName("mnuPod");
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    for (const char* name : PodMenu)
+        if (std::string_view(name) == Separator)
+            menu->addSeparator();
+        else
+            menu->addAction(findChild<QAction*>(name));
+    menu->popup(place);
 }
 
 void QtMainWindow::refresh() {

@@ -20,6 +20,9 @@ namespace {
 
 constexpr double CardRadius = 8;
 constexpr double TileRadius = 6;
+constexpr double ChangeRadius = 4.5;  // of the dot at a pod that has something to be transmitted
+constexpr QColor ChangeColour(0xE0, 0x8A, 0x00);
+constexpr const char* NotTransmitted = "configuration not transmitted";
 
 std::size_t at(int index) {
     return static_cast<std::size_t>(index);
@@ -132,13 +135,16 @@ QString PodDisplay::spoken_name(int pod) const {
     if (!shown.icon.visible) return "ZAV " + pod_number(pod) + ", no pod";
     QString name = "ZAV " + pod_number(pod);
     if (shown.type.visible && !shown.type.caption.empty()) name += ", " + to_qt(shown.type.caption);
-    return name + ", " + to_qt(picture_words(shown.icon.picture));
+    name += ", " + to_qt(picture_words(shown.icon.picture));
+    return shown.icon.differs ? name + ", " + NotTransmitted : name;
 }
 
 QString PodDisplay::tip(int pod) const {
     const PodTile& shown = tile(pod);
     if (!shown.icon.visible) return "ZAV " + pod_number(pod) + "\nNo pod found here";
-    return to_qt(shown.icon.tool_tip.empty() ? "ZAV " + two_digits(pod + 1) : shown.icon.tool_tip);
+    const QString text =
+        to_qt(shown.icon.tool_tip.empty() ? "ZAV " + two_digits(pod + 1) : shown.icon.tool_tip);
+    return shown.icon.differs ? text + u'\n' + NotTransmitted : text;
 }
 
 bool PodDisplay::event(QEvent* event) {
@@ -167,6 +173,15 @@ void PodDisplay::mouseReleaseEvent(QMouseEvent* event) {
 
 void PodDisplay::mouseMoveEvent(QMouseEvent* event) {
     hover(geometry_now().pod_at(event->position()));
+}
+
+void PodDisplay::contextMenuEvent(QContextMenuEvent* event) {
+    const bool keyboard = event->reason() == QContextMenuEvent::Keyboard;
+    const int pod = keyboard ? current_ : geometry_now().pod_at(event->pos());
+    if (pod < 0 || !on_menu) return;
+    go_to(pod);
+    on_menu(pod, keyboard ? mapToGlobal(geometry_now().icon(pod).center().toPoint())
+                          : event->globalPos());
 }
 
 void PodDisplay::leaveEvent(QEvent*) {
@@ -280,6 +295,7 @@ void PodDisplay::paint_tile(QPainter& painter, int pod, const Inks& inks) const 
     const QRectF icon = inks.geometry.icon(pod);
     if (shown.icon.visible) {
         paint_picture(painter, icon, shown.icon.picture, inks.palette);
+        if (shown.icon.differs) paint_change(painter, pod, inks);
     } else {
         painter.setPen(QPen(inks.signal.line, 1, Qt::DotLine));
         painter.setBrush(Qt::NoBrush);
@@ -308,6 +324,13 @@ void PodDisplay::paint_frame(QPainter& painter, int pod, const Inks& inks) const
         painter.setBrush(Qt::NoBrush);
         painter.drawRoundedRect(frame.adjusted(0.8, 0.8, -0.8, -0.8), TileRadius, TileRadius);
     }
+}
+
+void PodDisplay::paint_change(QPainter& painter, int pod, const Inks& inks) const {
+    painter.setPen(QPen(inks.signal.panel, 1.5));
+    painter.setBrush(ChangeColour);
+    painter.drawEllipse(inks.geometry.icon(pod).topRight() + QPointF(-4, 4), ChangeRadius,
+                        ChangeRadius);
 }
 
 void PodDisplay::paint_type(QPainter& painter, int pod, const Inks& inks) const {

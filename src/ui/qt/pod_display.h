@@ -34,6 +34,9 @@ class PodDisplay : public QWidget {
     // Called with the pod index 0..49 when a position is clicked, or toggled by the keyboard.
     std::function<void(int pod)> on_click;
 
+    // Called with a pod index and a place on the screen when a menu of that pod is asked for.
+    std::function<void(int pod, const QPoint& place)> on_menu;
+
     const PodTile& tile(int pod) const { return tiles_[static_cast<std::size_t>(pod)]; }
     bool expanded() const { return expanded_; }
     int current_pod() const { return current_; }  // where the keyboard is
@@ -51,6 +54,7 @@ class PodDisplay : public QWidget {
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
@@ -62,6 +66,7 @@ class PodDisplay : public QWidget {
     void paint_card(QPainter& painter, int strip, const Inks& inks) const;
     void paint_tile(QPainter& painter, int pod, const Inks& inks) const;
     void paint_frame(QPainter& painter, int pod, const Inks& inks) const;
+    void paint_change(QPainter& painter, int pod, const Inks& inks) const;
     void paint_type(QPainter& painter, int pod, const Inks& inks) const;
     void paint_indicator(QPainter& painter, int pod, int stream, const Inks& inks) const;
     void update_tile(int pod);

@@ -3,9 +3,11 @@
 #include <QHeaderView>
 #include <QKeySequence>
 #include <QLineEdit>
+#include <QScreen>
 #include <QShowEvent>
 #include <QSignalBlocker>
 #include <QStyledItemDelegate>
+#include <algorithm>
 
 #include "ui/qt/qt_text.h"
 #include "ui/qt/theme.h"
@@ -16,6 +18,8 @@ namespace {
 
 constexpr auto ColumnsKey = "frmConfigZAV/columns";
 constexpr int ColumnWidths[] = {52, 190, 150, 130};
+constexpr int RoomyHeight = 860;  // all 20 channels of most types are in sight
+constexpr int TitleBar = 60;      // the height that the desktop adds, and some
 
 // Rows of channels that are not in use stand back.
 class ChannelDelegate : public QStyledItemDelegate {
@@ -81,8 +85,20 @@ void PodSetupWindow::run(QWidget* over) {
 }
 
 void PodSetupWindow::showEvent(QShowEvent* event) {
-    if (!event->spontaneous()) memory_.restore(*this);
+    if (!event->spontaneous()) {
+        make_room();
+        memory_.restore(*this);
+    }
     QDialog::showEvent(event);
+}
+
+// As high as the screen allows, where it would open smaller.
+void PodSetupWindow::make_room() {
+    const QRect free = screen()->availableGeometry();
+    const int more = std::min(RoomyHeight, free.height() - TitleBar) - height();
+    if (more <= 0) return;
+    resize(width(), height() + more);
+    move(x(), std::max(free.top(), y() - more / 2));
 }
 
 void PodSetupWindow::bind_pod() {
@@ -171,6 +187,7 @@ void PodSetupWindow::refresh() {
     if (table.currentIndex().row() == row || row >= table.model()->rowCount()) return;
     const QSignalBlocker quiet(table.selectionModel());
     table.setCurrentIndex(table.model()->index(row, 0));
+    if (row >= 0) table.scrollTo(table.currentIndex());
     table.viewport()->update();
 }
 

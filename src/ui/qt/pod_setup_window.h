@@ -42,6 +42,7 @@ class PodSetupWindow : public ModalForm<Ui::frmConfigZAV>, private Mirror {
 
   private:
     void refresh() override;
+    void make_room();
     void bind_pod();
     void bind_channel();
     void bind_groups();

@@ -1,7 +1,9 @@
 #include "ui/qt/pod_setup_windows.h"
 
 #include <QScreen>
+#include <QScrollBar>
 #include <QShowEvent>
+#include <algorithm>
 
 #include "ui/alarm_groups.h"
 #include "ui/alarm_limits.h"
@@ -28,9 +30,22 @@ namespace {
 
 constexpr double CurveRanges[] = {1, 10, 100, 1000};  // the curves go from -range to range
 constexpr int FirstCurveRange = 1;
+constexpr int ColumnGap = 12;  // pixels
 
 std::string indexed(const char* name, int index) {
     return std::string(name) + '_' + std::to_string(index);
+}
+
+// A table so wide that no column is out of sight.
+void show_all_columns(GridView& table) {
+    table.resizeColumnsToContents();
+    int width = 2 * table.frameWidth() + table.verticalScrollBar()->sizeHint().width();
+    for (int column = 0; column < table.model()->columnCount(); ++column) {
+        if (table.isColumnHidden(column)) continue;
+        table.setColumnWidth(column, table.columnWidth(column) + ColumnGap);
+        width += table.columnWidth(column);
+    }
+    table.setMinimumWidth(std::max(table.minimumWidth(), width));
 }
 
 // A form in the middle of the screen. The pointer is busy from the start until the form is shown.
@@ -87,6 +102,7 @@ void QtPodSetupWindows::show_channel_view(ChannelView& view) {
     const auto& headings = view.screen.grdChannel.headings;
     for (std::size_t column = 0; column < headings.size(); ++column)
         form.ui.grdChannel->setColumnHidden(static_cast<int>(column), headings[column].empty());
+    show_all_columns(*form.ui.grdChannel);
     form.binder.on_click("cmdOK", [&] { view.cmdOK_Click(); });
     form.run(
         front(), [&] { return view.closed(); }, [&] { view.cmdOK_Click(); });

@@ -29,7 +29,7 @@ class PolynomialPlot : public QWidget {
     Coefficients6 coefficients_{};
     double from_ = -10;
     double to_ = 10;
-    ValueRange values_;
+    PolynomialRange values_;
 };
 
 }  // namespace kavorix

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDialog>
 #include <QFile>
+#include <QFileInfo>
 #include <QLabel>
 #include <QMessageBox>
 #include <QProcess>
@@ -10,7 +11,7 @@
 #include <QWindow>
 #include <algorithm>
 
-#include "ui/qt/file_dialog.h"
+#include "platform/files.h"
 #include "ui/qt/qt_text.h"
 #include "ui/qt/window_placing.h"
 
@@ -168,11 +169,24 @@ void QtDialogs::Unload_Msg_Box() {
 }
 
 std::optional<std::string> QtDialogs::choose_file_to_open(const FileRequest& request) {
-    return choose_file(loop_, *this, window_in_front(main_window_), request, FileChoice::Open);
+    return choose(request, FileChoice::Open);
 }
 
 std::optional<std::string> QtDialogs::choose_file_to_save(const FileRequest& request) {
-    return choose_file(loop_, *this, window_in_front(main_window_), request, FileChoice::Save);
+    return choose(request, FileChoice::Save);
+}
+
+// A request that names no file begins where the last file of its kind was.
+std::optional<std::string> QtDialogs::choose(const FileRequest& request, FileChoice choice) {
+    const QString key = "folder/" + to_qt(request.default_extension);
+    FileRequest asked = request;
+    if (memory_ && (request.name.empty() || request.name.front() == '*')) {
+        const QByteArray folder = memory_->value(key);
+        if (QFileInfo(QFile::decodeName(folder)).isDir()) asked.directory = folder.toStdString();
+    }
+    const auto path = choose_file(loop_, *this, window_in_front(main_window_), asked, choice);
+    if (memory_ && path) memory_->set_value(key, QByteArray::fromStdString(directory_of(*path)));
+    return path;
 }
 
 void QtDialogs::show_wait_message(std::string_view text) {

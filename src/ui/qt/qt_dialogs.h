@@ -8,7 +8,9 @@
 #include <vector>
 
 #include "platform/dialogs.h"
+#include "ui/qt/file_dialog.h"
 #include "ui/qt/mirrors.h"
+#include "ui/qt/window_memory.h"
 
 class QMessageBox;
 
@@ -22,6 +24,9 @@ class QtDialogs : public Dialogs {
     ~QtDialogs() override;
 
     void set_main_window(QWidget* window) { main_window_ = window; }
+
+    // Where file dialogs remember the folder of last time, by the kind of file.
+    void set_memory(const WindowMemory& memory) { memory_ = memory; }
 
     Answer message_box(std::string_view text, int flags, std::string_view title) override;
 
@@ -39,6 +44,7 @@ class QtDialogs : public Dialogs {
   private:
     struct Notice;  // an open one-button box and its place in the stack
 
+    std::optional<std::string> choose(const FileRequest& request, FileChoice choice);
     void show_notice(std::string_view text, int flags, std::string_view title);
     void forget_closed_notices();
     int free_place() const;
@@ -47,6 +53,7 @@ class QtDialogs : public Dialogs {
     Mirrors& mirrors_;
     QtEventLoop& loop_;
     QPointer<QWidget> main_window_;
+    std::optional<WindowMemory> memory_;
     std::vector<std::unique_ptr<Notice>> notices_;
     std::vector<QMessageBox*> questions_;  // open Msg_Box boxes with a choice
     std::unique_ptr<QWidget> wait_window_;

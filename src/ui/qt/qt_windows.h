@@ -33,7 +33,7 @@ class QtWindows : public Windows {
     void set_graph(StationGraph& graph, Dialogs& dialogs, Files& files);
 
     void show_about(const AboutBox& about) override;
-    void show_guide() override { guide_.open(); }
+    void show_guide(std::string_view page) override { guide_.open(page); }
     void show_stream0() override;
     void show_stream1(Stream1View& view) override;
     void show_stream2(Stream2View& view) override;

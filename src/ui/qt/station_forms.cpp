@@ -1,8 +1,10 @@
 #include "ui/qt/station_forms.h"
 
 #include <QFontDatabase>
+#include <QScreen>
 #include <QScrollBar>
 #include <QShortcut>
+#include <QShowEvent>
 #include <QValidator>
 #include <algorithm>
 
@@ -30,16 +32,36 @@ class UpperCase : public QValidator {
     }
 };
 
+// Stands in the middle of the screen, wherever the main window is.
+class StatusForm : public ModalForm<Ui::frmViewStat> {
+  public:
+    using ModalForm::ModalForm;
+
+  protected:
+    void showEvent(QShowEvent* event) override {
+        QDialog::showEvent(event);
+        if (event->spontaneous()) return;
+        QRect place({}, size());
+        place.moveCenter(screen()->availableGeometry().center());
+        move(place.topLeft());
+    }
+};
+
 // A text of a fixed pitch, as wide as its widest line and as high as it has lines, within reason.
 void show_report(QPlainTextEdit& field, const std::string& lines, int least_width) {
     field.setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     QString text = to_qt(lines);
     if (text.endsWith(u'\n')) text.chop(1);
     field.setPlainText(text);
-    const int count = std::clamp(field.document()->blockCount(), 1, MostReportLines);
     const int margins = 2 * static_cast<int>(field.document()->documentMargin());
-    field.setMinimumHeight(count * field.fontMetrics().lineSpacing() + margins +
-                           field.horizontalScrollBar()->sizeHint().height());
+    const auto height_of = [&](int count) {
+        // A line to spare: a tight field gets scroll bars that take the room from each other.
+        return (count + 1) * field.fontMetrics().lineSpacing() + margins +
+               field.horizontalScrollBar()->sizeHint().height();
+    };
+    const int count = std::max(field.document()->blockCount(), 1);
+    field.setMinimumHeight(height_of(std::min(count, MostReportLines)));
+    field.setMaximumHeight(height_of(count));
     field.setMinimumWidth(least_width + margins + field.verticalScrollBar()->sizeHint().width());
 }
 
@@ -54,7 +76,7 @@ void run_form(InterfaceSettingsDialog& rules, Mirrors& mirrors, QWidget* over) {
 }
 
 void run_form(StatusView& rules, Mirrors& mirrors, QWidget* over) {
-    ModalForm<Ui::frmViewStat> form(mirrors, rules.screen);
+    StatusForm form(mirrors, rules.screen);
     QLabel& header = *form.ui.lblZAVHead;
     QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     font.setBold(true);

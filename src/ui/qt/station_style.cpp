@@ -1,8 +1,34 @@
 #include "ui/qt/station_style.h"
 
+#include <QPainter>
+#include <QStyleOption>
+
 #include "ui/qt/glyphs.h"
+#include "ui/qt/theme.h"
 
 namespace kavorix {
+
+// The toolkit's style outlines fields and boxes darker than the window: on a dark one that is no
+// outline at all.
+void StationStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
+                                 QPainter* painter, const QWidget* widget) const {
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+    if (!is_dark(option->palette)) return;
+    const bool enabled = option->state.testFlag(State_Enabled);
+    const QRectF edge = QRectF(option->rect).adjusted(0.5, 0.5, -0.5, -0.5);
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setBrush(Qt::NoBrush);
+    painter->setPen(option->palette.color(enabled ? QPalette::Mid : QPalette::Midlight));
+    // A field that has the focus has an outline in another colour.
+    if (element == PE_FrameLineEdit && !option->state.testFlag(State_HasFocus))
+        painter->drawRoundedRect(edge, 2, 2);
+    else if (element == PE_IndicatorCheckBox)
+        painter->drawRect(edge);
+    else if (element == PE_IndicatorRadioButton)
+        painter->drawEllipse(edge);
+    painter->restore();
+}
 
 int StationStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
                               const QWidget* widget) const {

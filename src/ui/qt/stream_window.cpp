@@ -1,6 +1,5 @@
 #include "ui/qt/stream_window.h"
 
-#include <QHeaderView>
 #include <utility>
 
 #include "ui/qt/qt_text.h"
@@ -25,7 +24,7 @@ QString StreamWindow::columns_key() const {
 void StreamWindow::set_up(GridView& grid) {
     grid_ = &grid;
     memory_.restore(*this);
-    grid.horizontalHeader()->restoreState(memory_.value(columns_key()));
+    grid.restore_column_widths(memory_.value(columns_key()));
 }
 
 void StreamWindow::open_view() {
@@ -41,7 +40,7 @@ void StreamWindow::open_view() {
 void StreamWindow::unload() {
     if (!std::exchange(loaded_, false)) return;
     memory_.save(*this);
-    memory_.set_value(columns_key(), grid_->horizontalHeader()->saveState());
+    memory_.set_value(columns_key(), grid_->column_widths());
     mirrors_.loop().dispatch(unload_view_);
 }
 

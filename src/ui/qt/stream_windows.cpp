@@ -11,6 +11,12 @@ namespace kavorix {
 
 namespace {
 
+// Least widths of columns in pixels.
+constexpr int NumberColumn = 72;   // of a pod or a channel
+constexpr int AnswerColumn = 260;  // an error in words
+constexpr int DateColumn = 96;
+constexpr int TimeColumn = 132;
+
 // New rows at the end come into sight while the end is in sight; who looks at older ones is not
 // disturbed.
 void follow_new_rows(QTableView& table) {
@@ -47,6 +53,7 @@ std::unique_ptr<StreamWindow> make_stream_window(Stream0View& view, Mirrors& mir
 std::unique_ptr<StreamWindow> make_stream_window(Stream1View& view, Mirrors& mirrors,
                                                  const WindowMemory& memory) {
     auto form = std::make_unique<StreamForm<Ui::frmStrm1>>(view, mirrors, memory);
+    form->ui.grdMeasure->set_least_widths({NumberColumn, NumberColumn, AnswerColumn});
     form->show_table(view, *form->ui.grdMeasure);
     Binder& binder = form->binder;
     binder.on_click("chkRequested", [&view] { view.chkRequested_Click(); });
@@ -59,6 +66,7 @@ std::unique_ptr<StreamWindow> make_stream_window(Stream1View& view, Mirrors& mir
 std::unique_ptr<StreamWindow> make_stream_window(Stream2View& view, Mirrors& mirrors,
                                                  const WindowMemory& memory) {
     auto form = std::make_unique<StreamForm<Ui::frmStrm2>>(view, mirrors, memory);
+    form->ui.grdStrm2->set_least_widths({DateColumn, TimeColumn, NumberColumn});
     form->show_table(view, *form->ui.grdStrm2);
     follow_new_rows(*form->ui.grdStrm2);
     form->binder.on_choose("cboView", [&view](int index) { view.cboView_Click(index); });

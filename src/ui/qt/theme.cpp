@@ -45,6 +45,9 @@ QPalette make_palette(bool dark) {
     const QColor dim = dark ? QColor(0x6F, 0x77, 0x84) : QColor(0x9A, 0xA3, 0xB0);
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
         palette.setColor(QPalette::Disabled, role, dim);
+    // A field that cannot be used is no white box.
+    palette.setColor(QPalette::Disabled, QPalette::Base,
+                     palette.color(QPalette::Active, QPalette::Window));
     palette.setColor(QPalette::Disabled, QPalette::Highlight,
                      palette.color(QPalette::Active, QPalette::Mid));
     return palette;

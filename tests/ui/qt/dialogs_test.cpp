@@ -243,6 +243,30 @@ TEST_F(FileDialogs, ExistingFileIsChosen) {
     EXPECT_EQ(dialogs.choose_file_to_open(request()), path("plant.CFG"));
 }
 
+TEST_F(FileDialogs, BeginWhereTheLastFileOfTheKindWas) {
+    const QTemporaryDir program;
+    const auto begins = [&](const std::string& extension, const std::string& name) {
+        std::string begun;
+        loop.call_later(0, [&] {
+            auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+            begun = dialog->directory().path().toStdString();
+            dialog->reject();
+        });
+        dialogs.choose_file_to_open(
+            {"Open", "Files|*", extension, program.path().toStdString(), name});
+        return begun;
+    };
+    dialogs.set_memory(WindowMemory(program.filePath("windows.ini")));
+    EXPECT_EQ(begins("CFG", "*.CFG"), program.path().toStdString());
+    make("plant.CFG");
+    type("plant.CFG");
+    dialogs.choose_file_to_open(request());
+    EXPECT_EQ(begins("CFG", "*.CFG"), directory.path().toStdString());
+    EXPECT_EQ(begins("DAT", ""), program.path().toStdString());
+    EXPECT_EQ(begins("CFG", "kiln.CFG"), program.path().toStdString())
+        << "the request names a file";
+}
+
 TEST_F(FileDialogs, CancelledIsNothing) {
     cancel();
     EXPECT_EQ(dialogs.choose_file_to_open(request()), std::nullopt);

@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMimeData>
+#include <QPrintDialog>
 #include <QPushButton>
 #include <QTableView>
 #include <QTest>
@@ -313,6 +314,25 @@ TEST_F(QtGraphTest, APictureOfADarkScreenIsOnWhitePaper) {
     EXPECT_EQ(picture.pixelColor(2, 2), Qt::white);
     EXPECT_EQ(graph.page.ground(), Ground::Dark);
     expect_every_line(canvas().frame().area);
+}
+
+TEST_F(QtGraphTest, PrintsThePageThroughTheSystemsDialog) {
+    const QString paper = directory.filePath("page.pdf");
+    view();
+    feed_lines(60);
+    loop.call_later(0, [&] {
+        auto* const dialog = qobject_cast<QPrintDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(dialog, nullptr);
+        dialog->findChild<QLineEdit*>("filename")->setText(paper);
+        dialog->accept();
+    });
+    find<QPushButton>("cmdPrint").click();
+    QFile file(paper);
+    ASSERT_TRUE(file.open(QFile::ReadOnly));
+    const QByteArray page = file.readAll();
+    EXPECT_TRUE(page.startsWith("%PDF"));
+    EXPECT_GT(page.size(), 5000) << "lines as vectors";
+    EXPECT_EQ(dialogs.boxes.size(), 0U);
 }
 
 TEST_F(QtGraphTest, AnExportThatFailsIsTold) {

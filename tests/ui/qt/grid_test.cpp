@@ -19,17 +19,23 @@ class CountingSource : public GridSource {
     GridCell cell(int row, int column) const override {
         ++asked;
         if (column == 0) return {"ch" + std::to_string(row)};
+        if (column == 1 && row == 0 && !first_cell.empty()) return {first_cell};
         return row == error_row ? GridCell{"ErrOvrld", true}
                                 : GridCell{std::to_string(row) + '.' + std::to_string(column)};
     }
     std::uint64_t layout() const override { return layout_number; }
-    std::vector<int> take_changed_rows() override { return std::exchange(changed, {}); }
+    const std::vector<int>& take_changed_rows() override {
+        taken = std::exchange(changed, {});
+        return taken;
+    }
 
     int rows = 1000;
     std::vector<std::string> names = {"Chan", "Value", "Peak"};
     std::uint64_t layout_number = 0;
     std::vector<int> changed;
+    std::vector<int> taken;
     int error_row = -1;
+    std::string first_cell;  // instead of "0.1"
     mutable int asked = 0;
 };
 
@@ -48,7 +54,7 @@ TEST(GridModel, AnnouncesChangedRowsAlone) {
     QSignalSpy changes(&model, &QAbstractItemModel::dataChanged);
     model.refresh();
     EXPECT_EQ(ranges(changes), RowRanges{});
-    source.changed = {7, 3, 4, 900, 5};
+    source.changed = {3, 4, 5, 7, 900};
     model.refresh();
     EXPECT_EQ(ranges(changes), (RowRanges{{3, 5}, {7, 7}, {900, 900}}));
 }
@@ -141,16 +147,37 @@ TEST(GridView, SelectionIsCopiedAsTabbedText) {
     EXPECT_EQ(view.selected_text(), "4.2");
 }
 
-TEST(GridView, WidthsOfTheOperatorStayWhenTheRowsAreOthers) {
+TEST(GridView, ColumnsAreFittedToTheFirstRowsAndThenLeftToTheOperator) {
     CountingSource source;
+    source.rows = 0;
+    source.first_cell = std::string(40, 'x');
     GridModel model(source);
     GridView view;
+    const auto show_another = [&] {
+        ++source.layout_number;
+        model.refresh();
+    };
     view.setModel(&model);
-    view.setColumnWidth(1, 333);
-    source.names[0] = "ZAV  Chan";
-    source.layout_number = 1;
-    model.refresh();
-    EXPECT_EQ(view.columnWidth(1), 333);
+    const int empty = view.columnWidth(1);
+    source.rows = 5;
+    show_another();
+    EXPECT_GT(view.columnWidth(1), empty + 100);
+    view.setColumnWidth(1, 60);
+    source.names[0] = "ZAV  and  Channel";
+    const int narrow = view.columnWidth(0);
+    show_another();
+    EXPECT_GT(view.columnWidth(0), narrow);  // a heading is never cut
+    EXPECT_EQ(view.columnWidth(1), 60);
+
+    GridView of_next_start;
+    of_next_start.restore_column_widths(view.column_widths());
+    source.names = {};  // as long as nothing is viewed
+    GridModel next_model(source);
+    of_next_start.setModel(&next_model);
+    source.names = {"Chan", "Value", "Peak"};
+    ++source.layout_number;
+    next_model.refresh();
+    EXPECT_EQ(of_next_start.columnWidth(1), 60);
 }
 
 TEST(GridRecordSource, FindsChangedRowsAndOtherLayouts) {

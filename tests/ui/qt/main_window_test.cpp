@@ -4,8 +4,10 @@
 
 #include <QAccessible>
 #include <QApplication>
+#include <QFile>
 #include <QLabel>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QPaintEvent>
 #include <QPushButton>
 #include <QTemporaryDir>
@@ -73,6 +75,8 @@ class MainWindowTest : public testing::Test {
         all.cmdSelectAll_Click = note("cmdSelectAll");
         all.cmdClear_Click = note("cmdClear");
         all.img_ZAV_Click = note_index("img_ZAV");
+        all.select_for_menu = note_index("menu");
+        all.open = [this](const std::string& path) { calls.push_back("open " + path); };
         all.img_4A_Click = note("img_4A");
         all.pnlErr_DblClick = note("pnlErr");
         all.pnlButton_DblClick = note_index("pnlButton");
@@ -130,6 +134,77 @@ TEST_F(MainWindowTest, AcceleratorSharedWithAMenuIsTheButtonsWhileItCanBePressed
     ASSERT_NE(QApplication::activePopupWidget(), nullptr);
     EXPECT_EQ(QApplication::activePopupWidget()->objectName(), "mnuHelp");
     QApplication::activePopupWidget()->close();
+}
+
+TEST_F(MainWindowTest, FilesThatWereUsedCanBeOpenedAgain) {
+    const QString cfg = directory.filePath("kiln & oven.CFG");
+    for (const QString& path : {directory.filePath("a.CFG"), cfg})
+        QFile(path).open(QFile::WriteOnly);
+    screen.mnuConfigItem[3].enabled = true;
+    for (const char* name : {"gone.CFG", "kiln & oven.CFG", "a.CFG", "kiln & oven.CFG"})
+        window->note_recent(directory.filePath(name).toStdString());
+    open();  // remembered
+    find<QMenu>("mnuConfig").aboutToShow();
+    const QList<QAction*> actions = find<QMenu>("mnuRecent").actions();
+    ASSERT_EQ(actions.size(), 2);
+    EXPECT_EQ(actions[0]->text(), "&1  kiln && oven.CFG");
+    EXPECT_EQ(actions[1]->text(), "&2  a.CFG");
+    EXPECT_TRUE(find<QMenu>("mnuRecent").isEnabled());
+    actions[0]->trigger();
+    loop.wait_until([&] { return !calls.empty(); });
+    EXPECT_EQ(calls, Calls{"open " + cfg.toStdString()});
+}
+
+TEST_F(MainWindowTest, RecentFilesAreThereWheneverAFileCanBeOpened) {
+    QFile(directory.filePath("a.CFG")).open(QFile::WriteOnly);
+    window->note_recent(directory.filePath("a.CFG").toStdString());
+    for (const bool enabled : {false, true}) {
+        screen.mnuConfigItem[3].enabled = enabled;
+        find<QMenu>("mnuConfig").aboutToShow();
+        EXPECT_EQ(find<QMenu>("mnuRecent").menuAction()->isEnabled(), enabled);
+    }
+}
+
+TEST_F(MainWindowTest, TakesConfigurationsAndLogsThatAreDropped) {
+    const auto drop = [&](const QList<QUrl>& urls) {
+        QMimeData data;
+        data.setUrls(urls);
+        QDragEnterEvent enter({10, 10}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        enter.setAccepted(false);
+        QApplication::sendEvent(window.get(), &enter);
+        if (!enter.isAccepted()) return false;
+        QDropEvent event({10, 10}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(window.get(), &event);
+        return true;
+    };
+    EXPECT_FALSE(drop({QUrl::fromLocalFile("/a.TXT")}));
+    EXPECT_FALSE(drop({QUrl::fromLocalFile("/a.CFG"), QUrl::fromLocalFile("/b.CFG")}));
+    EXPECT_FALSE(drop({QUrl("http://host/a.CFG")}));
+    EXPECT_TRUE(drop({QUrl::fromLocalFile("/a.cfg")}));
+    EXPECT_TRUE(drop({QUrl::fromLocalFile("/b.DAT")}));
+    loop.wait_until([&] { return calls.size() == 2; });
+    EXPECT_EQ(calls, (Calls{"open /a.cfg", "open /b.DAT"}));
+}
+
+TEST_F(MainWindowTest, APodHasAMenuOfItsOwn) {
+    const QPoint place = pods().geometry_now().tile(2).center().toPoint();
+    QContextMenuEvent event(QContextMenuEvent::Mouse, place, pods().mapToGlobal(place));
+    QApplication::sendEvent(&pods(), &event);
+    auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    ASSERT_NE(menu, nullptr);
+    QStringList items;
+    for (const QAction* action : menu->actions()) items << action->text();
+    menu->close();
+    EXPECT_EQ(items.join(u'|').toStdString(),
+              "&Trigger|&Halt||&ZAV Setup...|&Transmit Config|Default &Cont Scan||Stream &0...|"
+              "Stream &1...|Stream &2...|Stream &3...|View &Status...");
+    EXPECT_EQ(calls, Calls{"menu 2"});
+}
+
+TEST_F(MainWindowTest, SaysOfAPodThatItHasSomethingToBeTransmitted) {
+    screen.img_ZAV[2].differs = true;
+    mirrors.refresh();
+    EXPECT_EQ(pods().spoken_name(2), "ZAV 03, 7V, not selected, configuration not transmitted");
 }
 
 TEST_F(MainWindowTest, PodsAndInterfaceReachTheirHandlers) {
