@@ -122,6 +122,7 @@ TEST_F(PodSetupStationTest, ThePodHoldsWhatWasEnteredAndTransmitted) {
     const Configuration& configuration = program->station.configuration;
     EXPECT_EQ(configuration_statements(configuration.ZavConfig[Pod]),
               configuration_statements(wanted()));
+    EXPECT_TRUE(configuration.ZavConfig[Pod] == wanted()) << "what is not sent differs";
     EXPECT_EQ(configuration.ConfigChanged, 1);
 
     main.click("cmdTransmit");

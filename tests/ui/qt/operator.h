@@ -57,6 +57,7 @@ class Form {
         ASSERT_TRUE(list.isEnabled() && index >= 0) << name << " does not offer " << entry;
         list.setFocus(Qt::MouseFocusReason);
         list.showPopup();
+        settle();  // without a screen the open list becomes the active window
         list.view()->setCurrentIndex(list.model()->index(index, 0));
         QTest::keyClick(list.view(), Qt::Key_Return);
         QApplication::setActiveWindow(&window_);  // as the desktop does when the list closes

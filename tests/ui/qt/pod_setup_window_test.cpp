@@ -179,6 +179,25 @@ TEST_F(PodSetupWindowTest, CancelLeavesNoTrace) {
     EXPECT_EQ(rig.configuration.ConfigChanged, 0);
 }
 
+TEST_F(PodSetupWindowTest, UndoAndRedoAnswerToTheirKeysButInAFieldWhichHasItsOwn) {
+    operate(Type7V, [&](Form& form) {
+        const std::int16_t before = dialog.pod().ScanPeriod;
+        const auto holds = [&](std::int16_t period) {
+            return [this, period] { return dialog.pod().ScanPeriod == period; };
+        };
+        form.choose("cboScanPeriod", "500ms");
+        for (const char* place : {"cboScanPeriod", "grdChannels", "chkArm"}) {
+            form.find<QWidget>(place).setFocus();
+            form.press_until(Qt::Key_Z, Qt::ControlModifier, holds(before));
+            form.press_until(Qt::Key_Y, Qt::ControlModifier, holds(500));
+        }
+        form.type("txtLabel", "Oven");
+        form.press(Qt::Key_Z, Qt::ControlModifier);
+        EXPECT_EQ(form.text("txtLabel"), "");
+        EXPECT_EQ(dialog.pod().ScanPeriod, 500);
+    });
+}
+
 TEST_F(PodSetupWindowTest, TheTableAndTheListOfChannelsGoTogether) {
     operate(Type8S, [&](Form& form) {
         auto& table = form.find<QTableView>("grdChannels");
