@@ -11,6 +11,8 @@ using State = StationState;
 
 constexpr Condition PodsFound{"pods found", [](const State& s) { return s.operations; }};
 constexpr Condition NothingSent{"nothing being sent", [](const State& s) { return !s.sending; }};
+constexpr Condition SelectionStands{"no configuration being sent",
+                                    [](const State& s) { return !s.config_sent; }};
 constexpr Condition Configurable{"card found; not scanning; not logging",
                                  [](const State& s) { return s.configurable(); }};
 // The way out of a start without a card.
@@ -58,13 +60,13 @@ constexpr std::array Rules = {
     Rule{Command::EventCaptureOn, {&PodsFound, &PodSelected, &NothingSent, &CapturePods}},
     Rule{Command::EventCaptureOff, {&PodsFound, &PodSelected, &NothingSent, &CapturePods}},
     Rule{Command::TxCommand, {&PodsFound, &PodSelected, &NothingSent}},
-    Rule{Command::ViewStream0, {&PodsFound, &PodSelected}},
-    Rule{Command::ViewStream1, {&PodsFound, &PodSelected}},
-    Rule{Command::ViewStream2, {&PodsFound, &PodSelected}},
-    Rule{Command::ViewStream3, {&PodsFound, &PodSelected}},
+    Rule{Command::ViewStream0, {&PodsFound, &PodSelected, &SelectionStands}},
+    Rule{Command::ViewStream1, {&PodsFound, &PodSelected, &SelectionStands}},
+    Rule{Command::ViewStream2, {&PodsFound, &PodSelected, &SelectionStands}},
+    Rule{Command::ViewStream3, {&PodsFound, &PodSelected, &SelectionStands}},
     Rule{Command::ViewStatus, {&PodsFound, &Selection, &NothingSent}},
-    Rule{Command::SetupScanLog, {&PodsFound, &ScanLogStopped}},
-    Rule{Command::SetupEventLog, {&PodsFound, &EventLogStopped}},
+    Rule{Command::SetupScanLog, {&PodsFound, &ScanLogStopped, &SelectionStands}},
+    Rule{Command::SetupEventLog, {&PodsFound, &EventLogStopped, &SelectionStands}},
     Rule{Command::StartScanLog, {&PodsFound, &ScanFile, &ScanLogStopped}},
     Rule{Command::StartEventLog, {&PodsFound, &EventFile, &EventLogStopped}},
     Rule{Command::StartBothLogs,
@@ -72,8 +74,9 @@ constexpr std::array Rules = {
     Rule{Command::StopScanLog, {&ScanLogRuns}},
     Rule{Command::StopEventLog, {&EventLogRuns}},
     Rule{Command::StopBothLogs, {&ScanLogRuns, &EventLogRuns}},
-    Rule{Command::GraphSetup, {&PodsFound, &PodSelected, &GraphClosed}},
-    Rule{Command::ViewGraph, {&PodsFound, &PodSelected, &GraphSetUp, &GraphClosed}},
+    Rule{Command::GraphSetup, {&PodsFound, &PodSelected, &GraphClosed, &SelectionStands}},
+    Rule{Command::ViewGraph,
+         {&PodsFound, &PodSelected, &GraphSetUp, &GraphClosed, &SelectionStands}},
     Rule{Command::DefaultScreen, {&PodsFound}},
     Rule{Command::ExpandScreen, {&PodsFound}},
     Rule{Command::SelectAll, {&PodsFound}},

@@ -16,6 +16,7 @@ struct StationState {
     bool operations = false;       // pods were found
     bool config_commands = false;  // not switched off by ConfigItems(0)
     bool sending = false;          // a transmission is under way
+    bool config_sent = false;      // of configurations: the selection names the pod it goes to
     int pods_selected = 0;
     bool interface_selected = false;
     bool counter_pods = false;  // every selected pod can have its event counters cleared

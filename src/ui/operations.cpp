@@ -195,9 +195,9 @@ void Operations::halt() {
 }
 
 void Operations::transmit_config() {
-    const Sending sending(*this);
     cleared_.fill(0);
     sending_config_ = true;
+    const Sending sending(*this);
     with_.transmit_config(cleared_);
     sending_config_ = false;
 
@@ -448,6 +448,7 @@ StationState Operations::state() const {
     StationState state = station_state(run_time_);
     state.config_commands = config_commands_;
     state.sending = sending();
+    state.config_sent = sending_config_;
     return state;
 }
 

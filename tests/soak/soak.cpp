@@ -188,8 +188,7 @@ void summary(int seeds, int failed, const Figures& figures, std::uint32_t ms) {
 
 int soak_seeds(const Options& options) {
     const int most_failures = options.sabotage == Sabotage::None ? 5 : 1;
-    const HostEventLoop clock([] {});
-    const std::uint32_t begin = clock.tick_count();
+    const std::uint32_t begin = host_tick_count();
     Figures figures;
     int failed = 0;
     int done = 0;
@@ -204,7 +203,7 @@ int soak_seeds(const Options& options) {
             tell_failure(seed, plan, outcome, options);
             std::fflush(stdout);
         }
-        const std::uint32_t now = clock.tick_count();
+        const std::uint32_t now = host_tick_count();
         if (options.minutes > 0 &&
             now - begin >= static_cast<std::uint32_t>(options.minutes) * 60000)
             break;
@@ -212,7 +211,7 @@ int soak_seeds(const Options& options) {
         told = now;
         std::fprintf(stderr, "%d of %d seeds, %d failed\n", done + 1, options.seeds, failed);
     }
-    summary(done, failed, figures, clock.tick_count() - begin);
+    summary(done, failed, figures, host_tick_count() - begin);
     return failed > 0 ? 1 : 0;
 }
 
@@ -233,14 +232,13 @@ int soak_part(const Options& options) {
 }
 
 int soak_days(const Options& options) {
-    const HostEventLoop clock([] {});
-    const std::uint32_t begin = clock.tick_count();
+    const std::uint32_t begin = host_tick_count();
     const Outcome outcome =
         run_unattended(static_cast<std::uint32_t>(options.first), options.days, [&](int day) {
-            std::fprintf(stderr, "day %d after %.0f s\n", day, (clock.tick_count() - begin) / 1e3);
+            std::fprintf(stderr, "day %d after %.0f s\n", day, (host_tick_count() - begin) / 1e3);
         });
     if (outcome.breach) tell(outcome);
-    summary(1, outcome.breach ? 1 : 0, outcome.figures, clock.tick_count() - begin);
+    summary(1, outcome.breach ? 1 : 0, outcome.figures, host_tick_count() - begin);
     return outcome.breach ? 1 : 0;
 }
 

@@ -98,6 +98,10 @@ TEST(Availability, EveryStateHasItsCommands) {
          without(WithPod,
                  Files + Setups + PodConfiguration + Sending + Events + Commands{ViewStatus}),
          true},
+        {"sending configurations", [](StationState& s) { s.sending = s.config_sent = true; },
+         without(WithPod, Files + Setups + PodConfiguration + Sending + Events + Views + LogSetups +
+                              Commands{ViewStatus, GraphSetup}),
+         true},
         {"a pod without event counters", [](StationState& s) { s.counter_pods = false; },
          without(WithPod, {ClearEventCounter}), true},
         {"a pod without event capture", [](StationState& s) { s.capture_pods = false; },
