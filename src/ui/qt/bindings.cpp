@@ -25,6 +25,9 @@ namespace kavorix {
 
 namespace {
 
+// A property of a group box in a .ui file: the words around the caption, which stands for %1.
+constexpr auto CaptionFormat = "captionFormat";
+
 template <class Field>
 void show_state(QWidget& widget, const Field& field) {
     widget.setEnabled(field.enabled);
@@ -137,8 +140,11 @@ void show_field(QWidget& widget, const Label& field) {
 }
 
 void show_field(QWidget& widget, const Frame& field) {
-    if (auto* const box = qobject_cast<QGroupBox*>(&widget); box && !field.caption.empty())
-        box->setTitle(to_qt(field.caption));
+    if (auto* const box = qobject_cast<QGroupBox*>(&widget); box && !field.caption.empty()) {
+        const QString format = box->property(CaptionFormat).toString();
+        const QString caption = to_qt(field.caption);
+        box->setTitle(format.isEmpty() ? caption : format.arg(caption));
+    }
     show_state(widget, field);
 }
 

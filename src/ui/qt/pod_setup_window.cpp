@@ -18,7 +18,7 @@ namespace {
 
 constexpr auto ColumnsKey = "frmConfigZAV/columns";
 constexpr int ColumnWidths[] = {52, 190, 150, 130};
-constexpr int RoomyHeight = 860;  // all 20 channels of most types are in sight
+constexpr int RoomyHeight = 900;  // all 20 channels of most types are in sight
 constexpr int TitleBar = 60;      // the height that the desktop adds, and some
 
 // Rows of channels that are not in use stand back.

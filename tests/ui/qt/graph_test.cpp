@@ -408,12 +408,14 @@ TEST_F(SetupDialogTest, ShowsAndTakesTheSettings) {
         EXPECT_TRUE(in<QCheckBox>(dialog, "chkChan_15").isChecked());
         EXPECT_FALSE(in<QCheckBox>(dialog, "chkChan_16").isChecked());
         EXPECT_TRUE(in<QCheckBox>(dialog, "chkChan_20").isHidden());
-        EXPECT_EQ(in<QGroupBox>(dialog, "frmChan").title(), "16");
+        EXPECT_EQ(in<QGroupBox>(dialog, "frmChan").title(),
+                  "Channels on the graph, 16 at most: 16");
         in<QCheckBox>(dialog, "chkChan_0").click();
         in<QLineEdit>(dialog, "txtTitle").setText("Kiln");
         in<QAbstractSpinBox>(dialog, "spinMinutes").stepBy(-2);
         mirrors.refresh();
-        EXPECT_EQ(in<QGroupBox>(dialog, "frmChan").title(), "15");
+        EXPECT_EQ(in<QGroupBox>(dialog, "frmChan").title(),
+                  "Channels on the graph, 16 at most: 15");
         EXPECT_EQ(in<QLineEdit>(dialog, "txtMinutes").text(), "59");
         in<QPushButton>(dialog, "cmdOK").click();
         EXPECT_EQ(open_window("frmQCSetup"), nullptr);
