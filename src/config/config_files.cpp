@@ -92,6 +92,10 @@ void ConfigFiles::note_use() const {
     if (used_) used_(with_.configuration.ConfigFileName);
 }
 
+std::optional<std::string> ConfigFiles::ask_for_file(const std::string& directory) {
+    return with_.dialogs.choose_file_to_open(request("Open ZAV Configuration", directory, "*.CFG"));
+}
+
 template <class Ask>
 void ConfigFiles::open_chosen(Ask ask) {
     trapped(with_.failures, "confact/open_file", [&] {
@@ -105,15 +109,13 @@ void ConfigFiles::open_chosen(Ask ask) {
 }
 
 void ConfigFiles::open_file() {
-    const FileRequest asked = request("Open ZAV Configuration", with_.program_directory, "*.CFG");
-    open_chosen([&] { return with_.dialogs.choose_file_to_open(asked); });
+    open_chosen([&] { return ask_for_file(with_.program_directory); });
 }
 
 void ConfigFiles::open_file(const std::string& path) {
-    const FileRequest other = request("Open ZAV Configuration", directory_of(path), "*.CFG");
     bool asked = false;
     open_chosen([&]() -> std::optional<std::string> {
-        if (std::exchange(asked, true)) return with_.dialogs.choose_file_to_open(other);
+        if (std::exchange(asked, true)) return ask_for_file(directory_of(path));
         if (with_.files.exists(path)) return path;
         with_.dialogs.message_box(
             from_utf8_lossy(path) + "\n\nFile not found. Please check the name.", box::Exclamation,

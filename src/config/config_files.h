@@ -63,6 +63,7 @@ class ConfigFiles {
     Choice choose(Ask ask, std::string_view complaint);
     bool name_file(std::int16_t& result);
     bool may_open();
+    std::optional<std::string> ask_for_file(const std::string& directory);
     template <class Ask>
     void open_chosen(Ask ask);
     void note_use() const;

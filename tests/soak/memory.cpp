@@ -40,6 +40,17 @@ void* operator new(std::size_t size) {
 void* operator new[](std::size_t size) {
     return take(size);
 }
+// Sanitizers bring these of their own, which would not go together with what gives the memory back.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    try {
+        return take(size);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+void* operator new[](std::size_t size, const std::nothrow_t& nothrow) noexcept {
+    return operator new(size, nothrow);
+}
 void operator delete(void* block) noexcept {
     give_back(block);
 }

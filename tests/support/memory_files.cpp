@@ -95,6 +95,7 @@ void MemoryFiles::check(const std::string& operation, const std::string& path) c
 }
 
 std::unique_ptr<File> MemoryFiles::open(const std::string& path, OpenMode mode) {
+    const std::lock_guard lock(mutex_);
     check(mode == OpenMode::Create ? "Creating" : "Opening", path);
     if (mode == OpenMode::Read && !has(path)) fail(ENOENT, "Opening", path);
     std::shared_ptr<Node>& node = files_[path];
@@ -107,12 +108,14 @@ std::unique_ptr<File> MemoryFiles::open(const std::string& path, OpenMode mode) 
 }
 
 void MemoryFiles::remove(const std::string& path) {
+    const std::lock_guard lock(mutex_);
     check("Deleting", path);
     if (files_.erase(path) == 0) fail(ENOENT, "Deleting", path);
     note("remove " + path);
 }
 
 void MemoryFiles::rename(const std::string& from, const std::string& to) {
+    const std::lock_guard lock(mutex_);
     check("Renaming to", to);
     const auto found = files_.find(from);
     if (found == files_.end()) fail(ENOENT, "Renaming to", to);
@@ -122,11 +125,13 @@ void MemoryFiles::rename(const std::string& from, const std::string& to) {
 }
 
 void MemoryFiles::make_directories(const std::string& path) {
+    const std::lock_guard lock(mutex_);
     check("Creating", path);
     note("directory " + path);
 }
 
 void MemoryFiles::sync_directory(const std::string& directory) {
+    const std::lock_guard lock(mutex_);
     note("sync directory " + directory);
 }
 
