@@ -545,7 +545,8 @@ void Invariants::check_times() {
         known.last_record_ms = now;
         return;
     }
-    if (known.last_test_ms < 0) known.last_test_ms = now;
+    // The poll timer starts when the first transmission has ended, after its delays.
+    if (known.last_test_ms < 0) known.last_test_ms = known.last_record_ms = now;
     expect(now - known.last_test_ms <= PollingSlack_ms, Rule::PollingGoesOn,
            "no pod was asked for " + std::to_string(now - known.last_test_ms) + " ms");
     const std::int32_t rate = configuration().Interface.PollRate;
