@@ -119,10 +119,12 @@ void compare_channel(Comparison& compare, const PodConfig& pod, int slot,
     const ChannelConfig& channel = pod.Channel[at(slot)];
     compare.text("mode", coded(channel.Mode, mode_text(channel.Mode)),
                  coded(held.mode, mode_text(held.mode)));
-    compare.text(
-        "range",
-        coded(channel.Range, range_text(channel.Mode, pod.TypeCode, slot + 1, channel.Range)),
-        coded(held.range, range_text(held.mode, pod.TypeCode, slot + 1, held.range)));
+    // The same code has another text in another mode, which is no difference of its own.
+    if (channel.Range != held.range)
+        compare.text(
+            "range",
+            coded(channel.Range, range_text(channel.Mode, pod.TypeCode, slot + 1, channel.Range)),
+            coded(held.range, range_text(held.mode, pod.TypeCode, slot + 1, held.range)));
     if (is_strain_mode(channel.Mode)) {
         compare.number("gauge factor", pod.Strain[at(slot)].GaugeFactor, held.gauge_factor);
         compare.number("offset", pod.Strain[at(slot)].Offset, held.offset);

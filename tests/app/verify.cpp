@@ -145,6 +145,9 @@ TEST(Verify, NamesEverySettingThatDiffers) {
          [](PodConfig& p) { p.Channel[4].Mode = 33; },
          {"channel 5 mode: configured 33 Thermocouple Type K, held 10 Volts DC"}},
         {Type7R,
+         [](PodConfig& p) { p.Channel[4].Mode = 0; },
+         {"channel 5 mode: configured 0 Skip, held 10 Volts DC"}},  // and the same range code
+        {Type7R,
          [](PodConfig& p) { p.Channel[19].Range = 4; },
          {"channel 20 range: configured 4 10V, held 0 Autorange"}},
         {Type7R,
