@@ -2,22 +2,23 @@
 
 #include <ostream>
 
+#include "app/output.h"
 #include "app/terminal.h"
 
 namespace kavorix {
 
 namespace {
 
-int perform(const Action& action, std::ostream& messages) {
+int perform(const Action& action, const ProgramSurroundings& with) {
     try {
-        return action();
+        return after_output(with.out, with.messages, action());
     } catch (const UnusableInput& input) {
-        messages << input.message << std::endl;
+        with.messages << for_terminal(input.message) << std::endl;
         return ExitUsage;
     } catch (const ProgramEnded& ended) {
         return ended.exit_code;
     } catch (const std::exception& failure) {
-        messages << failure.what() << std::endl;
+        with.messages << for_terminal(failure.what()) << std::endl;
         return ExitFailed;
     }
 }
@@ -52,6 +53,7 @@ int run_command_line(int argc, const char* const* argv, const ProgramSurrounding
     add_status(line);
     add_convert(line);
     add_info(line);
+    add_repair(line);
     add_plot(line);
     add_check(line);
     add_statements(line);
@@ -63,7 +65,7 @@ int run_command_line(int argc, const char* const* argv, const ProgramSurrounding
     } catch (const CLI::ParseError& error) {
         return app.exit(error, with.out, with.messages) == 0 ? ExitDone : ExitUsage;
     }
-    return perform(action, with.messages);
+    return perform(action, with);
 }
 
 }  // namespace kavorix

@@ -41,6 +41,7 @@ void add_log(const CommandLine& line);
 void add_status(const CommandLine& line);
 void add_convert(const CommandLine& line);
 void add_info(const CommandLine& line);
+void add_repair(const CommandLine& line);
 void add_plot(const CommandLine& line);
 void add_check(const CommandLine& line);
 void add_statements(const CommandLine& line);

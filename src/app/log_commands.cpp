@@ -1,4 +1,4 @@
-// The commands that work on log files: convert and info.
+// The commands that work on log files: convert, info and repair.
 
 #include <unistd.h>
 
@@ -8,10 +8,12 @@
 
 #include "app/command_line.h"
 #include "app/network.h"
+#include "app/output.h"
 #include "base/text.h"
 #include "logging/channel_list.h"
 #include "logging/csv_file.h"
 #include "logging/log_info.h"
+#include "logging/log_repair.h"
 #include "platform/event_loop.h"
 
 namespace kavorix {
@@ -23,12 +25,13 @@ struct ConvertOptions {
     std::string csv;
     std::string channels;
     bool force = false;
+    bool salvage = false;
 };
 
-LogContents contents_of(Files& files, const std::string& path) {
+LogContents contents_of(Files& files, const std::string& path, bool salvage) {
     try {
         const auto file = files.open(path, OpenMode::Read);
-        LogContents contents = read_log_contents(*file);
+        LogContents contents = salvage ? salvage_log_contents(*file) : read_log_contents(*file);
         if (contents.Runs == 0) throw UnusableInput{path + " is no log file: it has no header"};
         return contents;
     } catch (const std::system_error& failure) {
@@ -74,39 +77,44 @@ class TerminalWatcher : public CsvWatcher {
     bool shown_;
 };
 
-int tell_end(const CsvResult& result, const std::string& log, std::ostream& messages) {
+std::string end_text(const CsvResult& result, const std::string& log) {
     const std::string at_byte = " at byte " + std::to_string(result.Position);
     switch (result.End) {
-        case CsvEnd::Done:
-            return ExitDone;
         case CsvEnd::Stopped:
-            messages << "Stopped; the rows so far are written." << std::endl;
-            break;
+            return "Stopped; the rows so far are written.\n";
         case CsvEnd::Corrupt:
-            messages << "The log file " << log << " is corrupt. Conversion has stopped. The record"
-                     << at_byte << " does not add up." << std::endl;
-            break;
+            return "The log file " + log + " is corrupt. Conversion has stopped. The record" +
+                   at_byte + " does not add up.\n";
         case CsvEnd::CutShort:
-            messages << "The log file " << log << " ends inside the record" << at_byte
-                     << "; the rows before it are written." << std::endl;
-            break;
+            return "The log file " + log + " ends inside the record" + at_byte +
+                   "; the rows before it are written.\n";
         case CsvEnd::Damaged:
-            messages << "The log file " << log << " is damaged in the record" << at_byte
-                     << "; the rows before it are written." << std::endl;
+            return "The log file " + log + " is damaged in the record" + at_byte +
+                   "; the rows before it are written.\n";
+        default:
             break;
     }
-    return ExitFailed;
+    if (result.DamagedParts == 0) return {};
+    return "The log file " + log + " is damaged in " + std::to_string(result.DamagedParts) +
+           (result.DamagedParts == 1 ? " place; " : " places; ") + std::to_string(result.Skipped) +
+           " bytes are passed over, the rows of all else are written.\n";
+}
+
+int tell_end(const CsvResult& result, const std::string& log, std::ostream& messages) {
+    messages << for_terminal(end_text(result, log) + result.Check.text()) << std::flush;
+    return result.whole() ? ExitDone : ExitFailed;
 }
 
 int convert(const CommandLine& line, const ConvertOptions& options) {
     const auto files = make_host_files();
-    const LogContents contents = contents_of(*files, options.log);
+    const LogContents contents = contents_of(*files, options.log, options.salvage);
     CsvPlan plan;
     plan.CsvPath = options.csv.empty() ? csv_path_of(options.log) : options.csv;
     plan.Pods = contents.Pods;
     plan.Selection = selection_of(options, contents);
+    plan.Salvage = options.salvage;
     plan.Helpers = usual_csv_helpers();
-    if (plan.CsvPath == options.log)
+    if (files->same_file(plan.CsvPath, options.log))
         throw UnusableInput{"The text file would overwrite the log " + options.log};
     if (csv_columns(plan.Pods, plan.Selection).size() >= ColumnLimit)
         throw UnusableInput{
@@ -121,13 +129,36 @@ int convert(const CommandLine& line, const ConvertOptions& options) {
                     line.with.messages);
 }
 
+std::unique_ptr<File> sums_of(Files& files, const std::string& log_path) {
+    const std::string path = sums_path_of(log_path);
+    return files.exists(path) ? files.open(path, OpenMode::Read) : nullptr;
+}
+
 int info(const CommandLine& line, const std::string& path) {
     const auto files = make_host_files();
-    contents_of(*files, path);
+    contents_of(*files, path, true);
     const auto file = files->open(path, OpenMode::Read);
-    const LogInfo log = read_log_info(*file);
-    line.with.out << to_utf8(log_info_text(log));
+    const LogInfo log = read_log_info(*file, sums_of(*files, path).get());
+    line.with.out << for_terminal(to_utf8(log_info_text(log)));
     return log.damaged() ? ExitFailed : ExitDone;
+}
+
+int repair(const CommandLine& line, const std::string& path) {
+    const auto files = make_host_files();
+    contents_of(*files, path, true);
+    const LogRepair done = repair_log(*files, path);
+    std::ostream& out = line.with.out;
+    if (!done.Needed) {
+        out << "There is nothing to mend.\n";
+        return ExitDone;
+    }
+    out << "The log as it was: " << for_terminal(done.Copy) << "\n"
+        << "Kept: " << done.Records << " records in " << done.Runs << " runs\n"
+        << "Left out: " << done.Skipped << " bytes in " << done.DamagedParts << " places\n";
+    if (done.Differing > 0)
+        out << "Kept although they differ from their check sums: " << done.Differing
+            << " records; info names them\n";
+    return ExitDone;
 }
 
 }  // namespace
@@ -145,6 +176,7 @@ void add_convert(const CommandLine& line) {
             "Pods and channels that become columns, for example 3/1-5,3/7,4/* (default: all)")
         ->type_name("LIST");
     command->add_flag("--force", options->force, "Overwrite the text file");
+    command->add_flag("--salvage", options->salvage, "Read on behind damage");
     command->callback([=] { line.action = [=] { return convert(line, *options); }; });
 }
 
@@ -154,6 +186,14 @@ void add_info(const CommandLine& line) {
     const auto path = std::make_shared<std::string>();
     command->add_option("log", *path, "Log file")->type_name("LOG.DAT")->required();
     command->callback([=] { line.action = [=] { return info(line, *path); }; });
+}
+
+void add_repair(const CommandLine& line) {
+    CLI::App* command = line.app.add_subcommand(
+        "repair", "Copy a damaged log, then put in its place what can be read of it");
+    const auto path = std::make_shared<std::string>();
+    command->add_option("log", *path, "Log file")->type_name("LOG.DAT")->required();
+    command->callback([=] { line.action = [=] { return repair(line, *path); }; });
 }
 
 }  // namespace kavorix

@@ -129,7 +129,7 @@ LogTrend read_log_trend(File& file, const std::vector<CsvColumn>& columns) {
     TrendReader rows(trend);
     DatReader reader(file);
     DatItem item = DatItem::Header;
-    while (item != DatItem::End && item != DatItem::CutShort && item != DatItem::Damaged) {
+    while (!is_last(item)) {
         item = reader.next();
         if (item == DatItem::Header && trend.Comment.empty()) trend.Comment = reader.comment();
         if (item == DatItem::Configuration) rows.begin_run(reader);

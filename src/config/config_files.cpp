@@ -1,5 +1,6 @@
 #include "config/config_files.h"
 
+#include <system_error>
 #include <utility>
 
 #include "base/text.h"
@@ -63,18 +64,39 @@ bool ConfigFiles::name_file(std::int16_t& result) {
 std::int16_t ConfigFiles::save_file(std::int16_t saveAs) {
     return trapped(with_.failures, "confact/save_file", [&]() -> std::int16_t {
         with_.message_line.DispMsg("", Colour::Blue);
+        save_failure_.reset();
+        const std::string before = with_.configuration.ConfigFileName;
         std::int16_t result = 0;
-        if ((saveAs == 1 || with_.configuration.ConfigFileName.empty()) && !name_file(result))
-            return result;
+        if ((saveAs == 1 || before.empty()) && !name_file(result)) return result;
         with_.dialogs.set_pointer(Pointer::Busy);
-        with_.configuration.ConfigChanged = 0;
-        write_config_file(with_.files, with_.configuration.ConfigFileName, with_.configuration,
-                          with_.loop.wall_time());
-        with_.message_line.DispMsg(" Configuration file Saved", Colour::Blue);
-        note_use();
+        write_file();
         with_.dialogs.set_pointer(Pointer::Default);
+        if (save_failure_)
+            report_unsaved(std::exchange(with_.configuration.ConfigFileName, before));
         return 0;
     });
+}
+
+void ConfigFiles::write_file() {
+    try {
+        write_config_file(with_.files, with_.configuration.ConfigFileName, with_.configuration,
+                          with_.loop.wall_time());
+    } catch (const std::system_error& failure) {
+        save_failure_ = from_utf8_lossy(failure.what());
+        return;
+    }
+    with_.configuration.ConfigChanged = 0;
+    with_.message_line.DispMsg(" Configuration file Saved", Colour::Blue);
+    note_use();
+}
+
+void ConfigFiles::report_unsaved(const std::string& path) {
+    with_.configuration.ConfigChanged = 1;
+    with_.dialogs.beep();
+    with_.dialogs.message_box("The configuration could not be saved to " + from_utf8_lossy(path) +
+                                  ".\n\n" + *save_failure_ +
+                                  "\n\nWhat was there before is unchanged.",
+                              box::Exclamation, ProgramName);
 }
 
 // The question about changes that were not saved.
@@ -85,7 +107,7 @@ bool ConfigFiles::may_open() {
         "Save before Opening another Configuration File?",
         box::YesNoCancel | box::Question, ProgramName);
     if (answer == Answer::Yes) save_file(0);
-    return answer != Answer::Cancel;
+    return answer != Answer::Cancel && !(answer == Answer::Yes && save_failure_);
 }
 
 void ConfigFiles::note_use() const {

@@ -41,8 +41,12 @@ class ConfigFiles {
 
     // Writes the live configuration, after the file dialog when saveAs is 1 or no file is named
     // yet. Returns 1 when the operator gave up because the chosen file has another extension, else
-    // 0.
+    // 0. What cannot be written is told: then the old file and its name stay, and the configuration
+    // is still marked as changed.
     std::int16_t save_file(std::int16_t saveAs);
+
+    // Why the last save did not write, in the system's words; nothing when it did.
+    const std::optional<std::string>& save_failure() const { return save_failure_; }
 
     // Asks for a file and loads it: as a whole, or not at all and with an error log beside it.
     void open_file();
@@ -62,6 +66,8 @@ class ConfigFiles {
     template <class Ask>
     Choice choose(Ask ask, std::string_view complaint);
     bool name_file(std::int16_t& result);
+    void write_file();
+    void report_unsaved(const std::string& path);
     bool may_open();
     std::optional<std::string> ask_for_file(const std::string& directory);
     template <class Ask>
@@ -75,6 +81,7 @@ class ConfigFiles {
 
     Surroundings with_;
     std::function<void(const std::string&)> used_;
+    std::optional<std::string> save_failure_;
 };
 
 }  // namespace kavorix

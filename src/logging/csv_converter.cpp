@@ -16,12 +16,6 @@ constexpr std::size_t ChunkSize = 128 * 1024;
 // The watcher looks on at least every so many bytes of the log.
 constexpr std::uint64_t WatchDistance = 1024 * 1024;
 
-// A single that stands for a decimal number without sign of up to nine digits.
-std::optional<std::int32_t> decimal(float value) {
-    if (!(value >= 0 && value < 1E9F)) return std::nullopt;
-    return static_cast<std::int32_t>(std::lrint(value));
-}
-
 std::array<char, 8> scan_date(const WallTime& date) {
     const std::string text =
         two_digits(date.day) + "-" + two_digits(date.month) + "-" + two_digits(date.year % 100);
@@ -33,11 +27,12 @@ std::array<char, 8> scan_date(const WallTime& date) {
 }  // namespace
 
 CsvConverter::CsvConverter(File& log, std::function<void(std::string_view)> write,
-                           const CsvPlan& plan, CsvWatcher& watcher)
+                           const CsvPlan& plan, CsvWatcher& watcher, File* sums)
     : plan_(plan),
       columns_(csv_columns(plan.Pods, plan.Selection)),
       watcher_(watcher),
       reader_(log, plan.BufferSize),
+      verifier_(sums),
       length_(log.size()),
       pool_(plan.Helpers, std::move(write)),
       chunk_(pool_.take()) {}
@@ -49,6 +44,7 @@ CsvResult CsvConverter::convert() {
     chunk_->add_lines(csv_quoted(plan_.CsvPath).append(CsvLineEnd));
     while (true) {
         const DatItem item = reader_.next();
+        verifier_.take(item, reader_);
         if (item == DatItem::End) return ended(CsvEnd::Done);
         if (const auto end = take_item(item)) return ended(*end);
         if (!watch()) return ended(CsvEnd::Stopped);
@@ -58,28 +54,35 @@ CsvResult CsvConverter::convert() {
 CsvResult CsvConverter::ended(CsvEnd end) {
     hand_on();
     pool_.finish();
-    return {end, reader_.item_position(), rows_};
+    result_.End = end;
+    result_.Position = reader_.item_position();
+    result_.Check = verifier_.result();
+    return result_;
 }
 
 std::optional<CsvEnd> CsvConverter::take_item(DatItem item) {
-    switch (item) {
-        case DatItem::Header:
-            begin_run();
-            return std::nullopt;
-        case DatItem::Configuration:
-            begin_records();
-            return std::nullopt;
-        case DatItem::Data:
-            return reader_.kind() == ScanLog ? add_scan() : add_events();
-        case DatItem::CutShort:
-            return CsvEnd::CutShort;
-        default:
-            return CsvEnd::Damaged;
+    if (is_damage(item)) {
+        if (!plan_.Salvage)
+            return item == DatItem::CutShort ? CsvEnd::CutShort
+                   : item == DatItem::Corrupt ? CsvEnd::Corrupt
+                                              : CsvEnd::Damaged;
+        ++result_.DamagedParts;
+        result_.Skipped += reader_.resume();
     }
+    if (item == DatItem::Header) begin_run();
+    if (item == DatItem::Configuration) begin_records();
+    if (item != DatItem::Data) return std::nullopt;
+    if (reader_.kind() != ScanLog)
+        add_events();
+    else if (!add_scan())
+        return CsvEnd::Stopped;
+    return std::nullopt;
 }
 
 void CsvConverter::begin_run() {
     hand_on();
+    layout_ = std::make_shared<CsvLayout>(columns_, std::vector<LoggedPod>());
+    chunk_->begin(layout_);
     chunk_->add_lines(csv_quoted(trim(reader_.comment())).append(CsvLineEnd));
     chunk_->add_lines(csv_heading(columns_));
 }
@@ -92,25 +95,22 @@ void CsvConverter::begin_records() {
     const std::int32_t date = reader_.date();
     date_ = {date / 10000, date / 100 % 100, date % 100};
     row_.date = scan_date(date_);
-    year_ = date_.year;
-    month_ = 0;
+    years_ = EventYears(date_);
     last_time_ = -1;
 }
 
-std::optional<CsvEnd> CsvConverter::add_scan() {
-    const auto time = decimal(reader_.time());
-    if (!time) return CsvEnd::Damaged;
-    if (reader_.time() < last_time_ && !pass_midnight()) return CsvEnd::Stopped;
+// False when the operator does not want to go on past midnight.
+bool CsvConverter::add_scan() {
+    if (reader_.time() < last_time_ && !pass_midnight()) return false;
     last_time_ = reader_.time();
-    if (!layout_->adds_up(reader_.values(), reader_.count())) return CsvEnd::Corrupt;
-    row_.time = *time;
+    row_.time = *decimal(reader_.time());
     row_.count = reader_.count();
     chunk_->add(row_, reader_.values());
-    ++rows_;
-    return std::nullopt;
+    ++result_.Rows;
+    return true;
 }
 
-// False when the operator does not want to go on without.
+// False when the operator does not want to go on with dates that are wrong.
 bool CsvConverter::pass_midnight() {
     if (wrong_dates_) return true;
     if (!is_date(date_)) {
@@ -122,39 +122,31 @@ bool CsvConverter::pass_midnight() {
     return true;
 }
 
-std::optional<CsvEnd> CsvConverter::add_events() {
+void CsvConverter::add_events() {
     const char* value = reader_.values();
     const char* const end = value + at(reader_.count()) * EntrySize;
     while (value < end) {
-        if (end - value < static_cast<std::ptrdiff_t>(2 * EntrySize)) return CsvEnd::Damaged;
         const auto pod = read_field<float>(value);
         const auto last = read_field<float>(value + EntrySize);
         value += 2 * EntrySize;
-        const auto room =
-            static_cast<float>((end - value) / static_cast<std::ptrdiff_t>(EntrySize));
-        if (!((last + 1) * EventEntries <= room)) return CsvEnd::Damaged;
         for (float event = 0; event <= last; ++event) {
-            if (const auto failure = add_event(value, pod)) return failure;
+            add_event(value, pod);
             value += EventEntries * EntrySize;
         }
     }
-    return std::nullopt;
 }
 
-std::optional<CsvEnd> CsvConverter::add_event(const char* event, float pod) {
-    const auto date = decimal(read_field<float>(event));
-    const auto time = decimal(read_field<float>(event + EntrySize));
-    const auto rest = decimal(read_field<float>(event + 2 * EntrySize));
-    if (!date || !time || !rest) return CsvEnd::Damaged;
-    EventRow row{year_, first_six_digits(*date), first_six_digits(*time), first_five_digits(*rest)};
-    const std::int32_t month = row.date / 100 % 100;
-    if (month_ == 12 && month == 1) row.year = ++year_;
-    month_ = month;
+void CsvConverter::add_event(const char* event, float pod) {
+    const auto field = [&](int number) {
+        return *decimal(read_field<float>(event + at(number) * EntrySize));
+    };
+    EventRow row{0, first_six_digits(field(0)), first_six_digits(field(1)),
+                 first_five_digits(field(2))};
+    row.year = years_.next(pod, row.date / 100 % 100);
     row.column = layout_->column(pod, row.date % 100);
-    if (row.column < 0) return std::nullopt;
+    if (row.column < 0) return;
     chunk_->add(row);
-    ++rows_;
-    return std::nullopt;
+    ++result_.Rows;
 }
 
 // Gives what is gathered so far to be formatted and written.

@@ -12,6 +12,8 @@
 #include "base/dates.h"
 #include "logging/csv_columns.h"
 #include "logging/csv_pool.h"
+#include "logging/event_years.h"
+#include "logging/log_check.h"
 
 namespace kavorix {
 
@@ -22,6 +24,7 @@ struct CsvPlan {
     // How the work is done; the text does not depend on it.
     int Helpers = 0;  // threads that format beside the caller's
     std::size_t BufferSize = DatReader::DefaultBufferSize;
+    bool Salvage = false;  // reads on behind damage
 };
 
 // Who follows a conversion. Every call comes in the converter's thread.
@@ -51,16 +54,22 @@ enum class CsvEnd {
 
 struct CsvResult {
     CsvEnd End = CsvEnd::Done;
-    std::uint64_t Position = 0;  // of the record that it ended at, in bytes
-    std::uint64_t Rows = 0;      // written
+    std::uint64_t Position = 0;      // of the record that it ended at, in bytes
+    std::uint64_t Rows = 0;          // written
+    std::uint64_t DamagedParts = 0;  // of the log that were passed over
+    std::uint64_t Skipped = 0;       // bytes in them
+    LogCheck Check;                  // of the part that was read
+
+    // Everything is written that was logged.
+    bool whole() const { return End == CsvEnd::Done && DamagedParts == 0 && Check.good(); }
 };
 
 class CsvConverter {
   public:
-    // Reads `log` from its beginning; `write` gets the text, piece by piece. Failures of either are
-    // thrown.
+    // Reads `log` from its beginning, and its check sums with it if there are any; `write` gets the
+    // text, piece by piece. Failures of all are thrown.
     CsvConverter(File& log, std::function<void(std::string_view)> write, const CsvPlan& plan,
-                 CsvWatcher& watcher);
+                 CsvWatcher& watcher, File* sums = nullptr);
 
     CsvResult convert();
 
@@ -69,10 +78,10 @@ class CsvConverter {
     std::optional<CsvEnd> take_item(DatItem item);
     void begin_run();
     void begin_records();
-    std::optional<CsvEnd> add_scan();
+    bool add_scan();
     bool pass_midnight();
-    std::optional<CsvEnd> add_events();
-    std::optional<CsvEnd> add_event(const char* event, float pod);
+    void add_events();
+    void add_event(const char* event, float pod);
     void hand_on();
     bool watch();
 
@@ -80,20 +89,20 @@ class CsvConverter {
     std::vector<CsvColumn> columns_;
     CsvWatcher& watcher_;
     DatReader reader_;
+    LogVerifier verifier_;
     std::uint64_t length_;
     CsvPool pool_;
     std::unique_ptr<CsvChunk> chunk_;
     std::shared_ptr<const CsvLayout> layout_;
 
     WallTime date_;
-    ScanRow row_;             // its date is the current date text
-    std::int32_t year_ = 0;   // of the next event
-    std::int32_t month_ = 0;  // of the last event of the run, 0 = none yet
-    float last_time_ = -1;    // of the last scan of the run
+    ScanRow row_;  // its date is the current date text
+    EventYears years_;
+    float last_time_ = -1;  // of the last scan of the run
     bool wrong_dates_ = false;
     int percent_ = 0;
     std::uint64_t watched_ = 0;  // position that the watcher last looked on at
-    std::uint64_t rows_ = 0;
+    CsvResult result_;
 };
 
 }  // namespace kavorix

@@ -1,46 +1,41 @@
 #include "logging/csv_file.h"
 
 #include <algorithm>
-#include <exception>
+#include <system_error>
 #include <thread>
-#include <utility>
 
 namespace kavorix {
 
 namespace {
 
-// Deletes what was written, unless it went into something that was there and is no file of bytes,
-// such as a device.
-void remove_text(Files& files, const std::string& path, std::unique_ptr<File> file, bool existed) {
-    const bool deletable = !existed || file->size() > 0;
-    file.reset();
-    if (deletable) files.remove(path);
+std::unique_ptr<File> sums_of(Files& files, const std::string& log_path) {
+    const std::string path = sums_path_of(log_path);
+    return files.exists(path) ? files.open(path, OpenMode::Read) : nullptr;
 }
 
 }  // namespace
 
 CsvResult write_csv_file(Files& files, const std::string& log_path, const CsvPlan& plan,
                          CsvWatcher& watcher) {
+    if (files.same_file(log_path, plan.CsvPath))
+        throw std::system_error(std::make_error_code(std::errc::file_exists),
+                                "The text would overwrite the log \"" + log_path + "\"");
     const auto log = files.open(log_path, OpenMode::Read);
-    const bool existed = files.exists(plan.CsvPath);
-    auto csv = files.open(plan.CsvPath, OpenMode::Create);
-    try {
-        const auto write = [&](std::string_view text) { csv->write(text); };
-        const CsvResult result = CsvConverter(*log, write, plan, watcher).convert();
-        if (result.End == CsvEnd::Corrupt) {
-            remove_text(files, plan.CsvPath, std::move(csv), existed);
-        } else {
-            csv->close();
-        }
+    const auto sums = sums_of(files, log_path);
+    const auto convert_into = [&](File& csv) {
+        const auto write = [&](std::string_view text) { csv.write(text); };
+        return CsvConverter(*log, write, plan, watcher, sums.get()).convert();
+    };
+    if (files.kind(plan.CsvPath) == FileKind::Special) {
+        const auto csv = files.open(plan.CsvPath, OpenMode::Create);
+        const CsvResult result = convert_into(*csv);
+        csv->close();
         return result;
-    } catch (...) {
-        try {
-            if (csv) remove_text(files, plan.CsvPath, std::move(csv), existed);
-        } catch (const std::exception&) {
-            // The first failure is the one to tell of.
-        }
-        throw;
     }
+    Replacement csv(files, plan.CsvPath);
+    const CsvResult result = convert_into(csv.file());
+    if (result.End != CsvEnd::Corrupt) csv.commit();
+    return result;
 }
 
 std::string csv_path_of(const std::string& log_path) {

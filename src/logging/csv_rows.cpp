@@ -112,30 +112,15 @@ CsvLayout::CsvLayout(const std::vector<CsvColumn>& columns, const std::vector<Lo
     }
 }
 
-// Visits the part of each pod that the record holds, in order; false when one reaches beyond the
-// record. Pods that the run does not name are passed over with all that follows them.
-template <class Visit>
-bool CsvLayout::walk(const char* values, int count, Visit&& visit) const {
-    int read = 0;
-    for (const Part& part : parts_) {
-        if (count - read < 2) return true;
-        if (read_field<float>(values + at(read) * EntrySize) != part.number) continue;
-        if (count - read <= part.channels) return false;
-        visit(part, values + at(read + 1) * EntrySize);
-        read += 1 + part.channels;
-    }
-    return true;
-}
-
-bool CsvLayout::adds_up(const char* values, int count) const {
-    return walk(values, count, [](const Part&, const char*) {});
-}
-
 char* CsvLayout::write_values(const char* values, int count, char* out) const {
     std::array<const char*, MaxZavs> found{};
-    walk(values, count, [&](const Part& part, const char* channels) {
-        if (part.group != NoGroup) found[at(part.group)] = channels;
-    });
+    int read = 0;
+    for (const Part& part : parts_) {
+        if (read == count) break;
+        if (read_field<float>(values + at(read) * EntrySize) != part.number) continue;
+        if (part.group != NoGroup) found[at(part.group)] = values + at(read + 1) * EntrySize;
+        read += 1 + part.channels;
+    }
     for (std::size_t group = 0; group < groups_.size(); ++group)
         out = write_group(groups_[group], found[group], out);
     return out;

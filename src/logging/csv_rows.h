@@ -30,9 +30,6 @@ class CsvLayout {
     CsvLayout() = default;
     CsvLayout(const std::vector<CsvColumn>& columns, const std::vector<LoggedPod>& pods);
 
-    // Whether the pods' parts of a scan record with these values add up to its count.
-    bool adds_up(const char* values, int count) const;
-
     // Writes ",value" or "," for every column of a record that adds up; returns the end.
     char* write_values(const char* values, int count, char* out) const;
 
@@ -57,8 +54,6 @@ class CsvLayout {
         int present = 0;                     // how many of them the run has
     };
 
-    template <class Visit>
-    bool walk(const char* values, int count, Visit&& visit) const;
     static char* write_group(const Group& group, const char* values, char* out);
 
     std::vector<Part> parts_;    // in the order of the run's records

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 
 #include "base/text.h"
 
@@ -44,13 +45,17 @@ float single_at(File& file, std::uint64_t position) {
     return file.read_at(position, bytes) == bytes.size() ? read_field<float>(bytes.data()) : -1.0F;
 }
 
-// The next header at or behind the block that begins at `block`, found by reading every record.
-std::uint64_t find_header(File& file, std::uint64_t block) {
-    DatReader reader(file, DatReader::DefaultBufferSize, block);
+// The next header at or behind the block that begins at `block`, found by reading every record of
+// the run that begins at `run`.
+std::uint64_t find_header(File& file, std::uint64_t run, std::uint64_t block) {
+    DatReader reader(file, DatReader::DefaultBufferSize, run);
+    while (reader.next() == DatItem::Header) {
+    }
+    reader.go_to(block);
     while (true) {
         const DatItem item = reader.next();
         if (item == DatItem::Header) return reader.item_position();
-        if (item != DatItem::Data) return file.size();
+        if (item != DatItem::Data) return std::numeric_limits<std::uint64_t>::max();
     }
 }
 
@@ -60,16 +65,17 @@ bool is_run(File& file, std::uint64_t position) {
            reader.next() == DatItem::Configuration;
 }
 
-// The next header behind the blocks of a run. Blocks are passed over whole as long as what stands
-// at their beginnings is what blocks begin with.
-std::uint64_t next_run(File& file, std::uint64_t first_block) {
+// The next header behind the blocks of the run that begins at `run`. Blocks are passed over whole as
+// long as what stands at their beginnings is what blocks begin with.
+std::uint64_t next_run(File& file, std::uint64_t run, std::uint64_t first_block) {
     const std::uint64_t size = file.size();
     for (std::uint64_t block = first_block; block < size; block += BlockSize) {
         const float begin = single_at(file, block);
         if (begin == HeaderMarker && is_run(file, block)) return block;
-        if (begin != 0 && begin != DataMarker && begin != UnfinishedMarker)
-            return find_header(file, first_block);
-        if (size - block < BlockSize) return find_header(file, block);
+        if (begin != 0 && begin != DataMarker && begin != UnfinishedMarker &&
+            !is_pending_marker(begin))
+            return find_header(file, run, first_block);
+        if (size - block < BlockSize) return find_header(file, run, block);
     }
     return size;
 }
@@ -83,7 +89,17 @@ LogContents read_log_contents(File& file) {
         DatReader reader(file, HeaderBuffer, run);
         if (reader.next() != DatItem::Header || reader.next() != DatItem::Configuration) break;
         add_run(contents, reader.header());
-        run = next_run(file, reader.position());
+        run = next_run(file, run, reader.position());
+    }
+    return contents;
+}
+
+LogContents salvage_log_contents(File& file) {
+    LogContents contents;
+    DatReader reader(file);
+    for (DatItem item = reader.next(); item != DatItem::End; item = reader.next()) {
+        if (item == DatItem::Configuration) add_run(contents, reader.header());
+        if (is_damage(item)) reader.resume();
     }
     return contents;
 }

@@ -31,4 +31,7 @@ struct LogContents {
 // runs before count.
 LogContents read_log_contents(File& file);
 
+// The same, behind damage too: reads the whole log.
+LogContents salvage_log_contents(File& file);
+
 }  // namespace kavorix

@@ -1,9 +1,11 @@
 #include "logging/log_file.h"
 
 #include <algorithm>
+#include <string>
 #include <system_error>
 
 #include "acquire/poll_cycle.h"
+#include "logging/check_sum.h"
 #include "logging/log_clock.h"
 #include "logging/log_records.h"
 #include "logging/log_tail.h"
@@ -12,8 +14,6 @@
 namespace kavorix {
 
 namespace {
-
-constexpr int SyncInterval_ms = 500;
 
 // Marks a record as being added, whatever way the function is left.
 class Busy {
@@ -101,16 +101,7 @@ void LogFile::start(std::int16_t kind) {
     log.*of.Total = 0;
 
     const RunHeader header = make_header(kind);
-    const std::string bytes = encode(header);
-    Run run;
-    run.file = with_.files.open(path, OpenMode::ReadWrite);
-    const std::uint64_t begin = repair_log_end(*run.file);
-    run.file->write_at(begin, bytes);
-    with_.files.sync_directory(directory_of(path));
-    run.block_at = begin + bytes.size();
-    run.syncer = std::make_unique<FileSyncer>(*run.file, SyncInterval_ms);
-    run.syncer->written();
-
+    Run run = begin_run(path, header);
     log.*of.PodCount = static_cast<std::int16_t>(header.Pods.size());
     log.*of.Buffer = std::vector<float>(BlockEntries);
     log.*of.Index = -1;
@@ -122,6 +113,41 @@ void LogFile::start(std::int16_t kind) {
                                                          : with_.configuration.Interface.PollRate;
     }
     run_of(kind) = std::move(run);
+}
+
+LogFile::Run LogFile::begin_run(const std::string& path, const RunHeader& header) {
+    check_log_start(with_.files, path);
+    const std::string bytes = encode(header);
+    Run run;
+    run.file = with_.files.open(path, OpenMode::ReadWrite);
+    run.lock = with_.files.lock(path);
+    const std::uint64_t begin = repair_log_end(*run.file, path);
+    write_header(run, path, begin, bytes);
+    run.block_at = begin + bytes.size();
+    run.sums = std::make_unique<SumWriter>(with_.files, path, begin == 0);
+    run.sums->begin_run(begin, check_sum(bytes));
+    if (!run.sums->file())
+        note("The check sums of the log " + path + " cannot be written: " + run.sums->failure());
+    run.syncer = std::make_unique<FileSyncer>(*run.file, sync_interval_ms_, run.sums->file());
+    for (const LoggedPod& pod : header.Pods)
+        run.channels[at(pod.Number - 1)] = static_cast<std::int16_t>(pod.Channels.size());
+    run.answered = run.channels;
+    return run;
+}
+
+// The marker of the header follows when all behind it is on the disk.
+void LogFile::write_header(Run& run, const std::string& path, std::uint64_t begin,
+                           const std::string& bytes) {
+    const std::string marker = bytes.substr(0, EntrySize);
+    run.file->write_at(begin, std::string(bytes_of(&UnfinishedMarker, 1)) + bytes.substr(EntrySize));
+    run.file->sync();
+    run.file->write_at(begin, marker);
+    run.file->sync();
+    with_.files.sync_directory(directory_of(path));
+}
+
+void LogFile::note(const std::string& text) const {
+    if (notice_) notice_(text);
 }
 
 RunHeader LogFile::make_header(std::int16_t kind) const {
@@ -141,8 +167,7 @@ LoggedPod LogFile::make_pod(std::int16_t kind, int pod) const {
     const std::int16_t type = GetZAVTypeCode(status.type_code());
     int channels = MaxChannels;
     if (kind == ScanLog) {
-        // A pod of no known type is logged with as many channels as it last answered with.
-        channels = type == NoDevice ? status.usable_channels() : channel_count(type);
+        channels = type == NoDevice ? UnknownTypeChannels : channel_count(type);
     } else if (type == Type8R) {
         channels = channel_count(type);
     }
@@ -182,19 +207,15 @@ void LogFile::count_events() {
                                                        with_.run_time.Poll.LastEvent[at(pod)] + 1);
 }
 
-// Room for the next record as the header promises it, or as it will be where a pod answers with
-// more channels than its type has.
+// Room for the next record: of scans as the header promises it, of events also as it will be where
+// pods were marked for the log since.
 int LogFile::entries_needed(std::int16_t kind) const {
     const LogState& log = with_.run_time.Log;
-    const int promised =
-        DataHeadEntries + (kind == ScanLog ? log.ScanPodCount + log.ScanChannelTotal
-                                           : 2 * log.EventPodCount + 3 * log.EventTotal);
+    if (kind == ScanLog) return DataHeadEntries + log.ScanPodCount + log.ScanChannelTotal;
     int actual = DataHeadEntries;
     for (int pod = 0; pod < MaxZavs; ++pod)
-        if (is_due(kind, pod))
-            actual += kind == ScanLog ? scan_entries(with_.run_time.Status[at(pod)])
-                                      : event_entries(pod, with_.run_time.Poll);
-    return std::max(promised, actual);
+        if (is_due(kind, pod)) actual += event_entries(pod, with_.run_time.Poll);
+    return std::max(DataHeadEntries + 2 * log.EventPodCount + 3 * log.EventTotal, actual);
 }
 
 void LogFile::build_record(std::int16_t kind, std::int32_t time) {
@@ -208,7 +229,9 @@ void LogFile::build_record(std::int16_t kind, std::int32_t time) {
         if (!is_due(kind, pod)) continue;
         PodStatus& status = with_.run_time.Status[at(pod)];
         if (kind == ScanLog) {
-            append_scan(block, index, pod, status);
+            Run& run = run_of(kind);
+            compare_channels(run, pod);
+            append_scan(block, index, pod, status, run.channels[at(pod)]);
         } else {
             append_events(block, index, pod, with_.run_time.Poll);
         }
@@ -217,29 +240,51 @@ void LogFile::build_record(std::int16_t kind, std::int32_t time) {
     block[at(count_at)] = static_cast<float>(index - count_at);
 }
 
-// Brings the record that begins at entry `first` into the file. It is written under the marker of
-// an unfinished one, which then becomes the right one with a single byte, the sign's: a program
-// that is killed leaves no half record that reads as a whole one.
+// Tells, once for each number, of a pod that answers with another number of channels than the
+// header promises.
+void LogFile::compare_channels(Run& run, int pod) {
+    const auto answered = static_cast<std::int16_t>(with_.run_time.Status[at(pod)].ChannelCount);
+    if (std::exchange(run.answered[at(pod)], answered) == answered ||
+        answered == run.channels[at(pod)])
+        return;
+    note("ZAV " + std::to_string(pod + 1) + " answers with " + std::to_string(answered) +
+         " channels, the scan log holds " + std::to_string(run.channels[at(pod)]) +
+         (answered < run.channels[at(pod)] ? ": those missing are logged as readings in error"
+                                           : ": the others are not logged"));
+}
+
+// Brings the record that begins at entry `first` into the file, in one piece, marked as one that is
+// not yet on the disk. The marker becomes the right one when it is there.
 void LogFile::put_record(std::int16_t kind, std::int16_t first) {
-    static_assert(UnfinishedMarker == -DataMarker);
-    constexpr std::size_t SignByte = EntrySize - 1;
     const Fields& of = fields_of(kind);
-    std::vector<float>& block = with_.run_time.Log.*of.Buffer;
+    LogState& log = with_.run_time.Log;
+    std::vector<float>& block = log.*of.Buffer;
     Run& run = run_of(kind);
 
+    const std::uint32_t sum = check_sum(bytes_of(&block[at(first + 1)], at(log.*of.Index - first)));
     const std::int16_t begin = run.block_laid_out ? first : std::int16_t{0};
-    const int end = run.block_laid_out ? with_.run_time.Log.*of.Index + 1 : BlockEntries;
-    block[at(first)] = UnfinishedMarker;
+    const int end = run.block_laid_out ? log.*of.Index + 1 : BlockEntries;
+    block[at(first)] = pending_marker(sum);
     run.file->write_at(run.block_at + at(begin) * EntrySize,
                        bytes_of(&block[at(begin)], at(end - begin)));
     block[at(first)] = DataMarker;
     run.block_laid_out = true;
-    run.file->write_at(run.block_at + at(first) * EntrySize + SignByte,
-                       bytes_of(&block[at(first)], 1).substr(SignByte));
+    ++run.records;
+    run.sums->add(sum);
     if (run.file->deleted())
         throw std::system_error(std::make_error_code(std::errc::no_such_file_or_directory),
-                                "Writing \"" + with_.run_time.Log.*of.FileName + "\"");
-    run.syncer->written();
+                                "Writing \"" + log.*of.FileName + "\"");
+    written(run, run.block_at + at(first) * EntrySize, bytes_of(&DataMarker, 1));
+}
+
+// A disk that failed is noted beside the log before it is told.
+void LogFile::written(Run& run, std::uint64_t offset, std::string_view mark) {
+    try {
+        run.syncer->written(offset, mark);
+    } catch (const std::exception&) {
+        run.sums->mark_unsynced(run.records);
+        throw;
+    }
 }
 
 // The block stands in the file from its first record on; one without a record is written now.
@@ -249,7 +294,7 @@ void LogFile::finish_block(std::int16_t kind) {
     Run& run = run_of(kind);
     if (!run.block_laid_out) {
         run.file->write_at(run.block_at, bytes_of(block.data(), block.size()));
-        run.syncer->written();
+        written(run, run.block_at, {});
     }
     run.block_at += BlockSize;
     run.block_laid_out = false;
@@ -266,11 +311,21 @@ void LogFile::stop(std::int16_t kind) {
     Write_Log_File(kind, 1, 0);
     Run run = std::move(run_of(kind));
     run_of(kind) = {};
-    run.syncer.reset();
-    run.file->sync();
-    run.file->close();
+    finish(run);
     log.*of.Buffer = {};
     restore_icons();
+}
+
+void LogFile::finish(Run& run) {
+    try {
+        run.syncer->finish();
+    } catch (const std::exception&) {
+        run.sums->mark_unsynced(run.records);
+        throw;
+    }
+    run.syncer.reset();
+    run.sums->end_run(run.records);
+    run.file->close();
 }
 
 void LogFile::restore_icons() {

@@ -24,9 +24,25 @@ inline constexpr float HeaderMarker = 1.0F;
 inline constexpr float ConfigurationMarker = 2.0F;
 inline constexpr float DataMarker = 3.0F;
 
-// Stands in place of the data marker while a record is being written. Where a run that was killed
+// Stands in place of a marker while what follows it is being written. Where a run that was killed
 // left it, nothing behind it in its block counts.
 inline constexpr float UnfinishedMarker = -3.0F;
+
+// Stands in place of the data marker until the record is on the disk: these bits, which no reading
+// has, with the low bits of the check sum of what follows. The record counts when that is right;
+// else it is like an unfinished one.
+inline constexpr std::uint32_t PendingMarkerBits = 0xFFC00000;
+inline constexpr std::uint32_t PendingSumMask = 0x003FFFFF;
+
+inline bool is_pending_marker(float marker) {
+    return (std::bit_cast<std::uint32_t>(marker) & ~PendingSumMask) == PendingMarkerBits;
+}
+inline float pending_marker(std::uint32_t check_sum) {
+    return std::bit_cast<float>(PendingMarkerBits | (check_sum & PendingSumMask));
+}
+
+// What disks and systems write as a whole; after a loss of power, each may be there or not.
+inline constexpr std::uint64_t PageSize = 4096;
 
 // A block: whole records from its first entry on, then filler (0.0).
 inline constexpr int BlockEntries = 16381;
@@ -43,6 +59,9 @@ inline constexpr std::uint32_t ErrorReadingBits = 0x8000000A;
 inline constexpr float ErrorReading = std::bit_cast<float>(ErrorReadingBits);
 
 inline constexpr int EventEntries = 3;  // singles of one event
+
+// Channels in the records of pods whose type is not known, and in their headers.
+inline constexpr int UnknownTypeChannels = 20;
 
 struct LoggedChannel {
     std::string Label;  // written in MaxLabel bytes

@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "base/numbers.h"
 #include "base/text.h"
+#include "model/runtime.h"
 
 namespace kavorix {
 
@@ -97,18 +99,14 @@ class RunTimes {
     std::vector<Interval> early_;
 };
 
-// Events in a record of an event log; what does not fit into it counts for nothing.
+// Events in a record of an event log.
 std::uint64_t count_events(const char* values, int count) {
     std::uint64_t events = 0;
-    int read = 0;
-    while (count - read >= 2) {
-        const auto last =
-            read_field<float>(values + static_cast<std::size_t>(read + 1) * EntrySize);
-        read += 2;
-        const auto room = static_cast<float>((count - read) / EventEntries);
-        if (!(last >= 0 && last + 1 <= room)) continue;
-        events += static_cast<std::uint64_t>(last) + 1;
-        read += (static_cast<int>(last) + 1) * EventEntries;
+    for (int read = 0; read < count;) {
+        const auto last = read_field<float>(values + at(read + 1) * EntrySize);
+        const int of_pod = last >= 0 ? static_cast<int>(last) + 1 : 0;
+        events += static_cast<std::uint64_t>(of_pod);
+        read += 2 + of_pod * EventEntries;
     }
     return events;
 }
@@ -168,54 +166,93 @@ std::string run_text(const RunInfo& run, std::size_t number) {
     return text + records_text(run);
 }
 
+std::string damage_text(const LogDamage& damage) {
+    const std::string place = std::to_string(damage.Position);
+    std::string text = "Damage: ";
+    if (damage.Item == DatItem::CutShort)
+        text += "the file ends inside the record at byte " + place;
+    else if (damage.Item == DatItem::Corrupt)
+        text += "the record at byte " + place + " does not add up";
+    else
+        text += "what stands at byte " + place + " is no record";
+    return text + "; " + counted(damage.Skipped, "byte") + " passed over.\n";
+}
+
+// Gathers what the items of a log tell.
+class InfoReader {
+  public:
+    InfoReader(File& file, File* sums) : reader_(file), verifier_(sums) { info_.Size = file.size(); }
+
+    LogInfo read() {
+        DatItem item{};
+        do {
+            item = reader_.next();
+            verifier_.take(item, reader_);
+            if (item == DatItem::Header) run_position_ = reader_.item_position();
+            if (item == DatItem::Configuration) begin_run();
+            if (item == DatItem::Data && run_) add_record();
+            if (is_damage(item)) pass_over(item);
+        } while (item != DatItem::End);
+        end_run();
+        info_.Unfinished = reader_.saw_unfinished();
+        info_.Check = verifier_.result();
+        return info_;
+    }
+
+  private:
+    void begin_run() {
+        end_run();
+        ++info_.RunCount;
+        run_.emplace();
+        run_->Header = reader_.header();
+        run_->Position = run_position_;
+        times_.begin(*run_);
+    }
+    void end_run() {
+        times_.end();
+        if (run_ && info_.Runs.size() < LogInfo::MostRuns) info_.Runs.push_back(std::move(*run_));
+        run_.reset();
+    }
+    void add_record() {
+        ++run_->Records;
+        if (run_->Header.Kind != ScanLog)
+            run_->Events += count_events(reader_.values(), reader_.count());
+        times_.add(reader_.time());
+    }
+    void pass_over(DatItem item) {
+        const std::uint64_t place = reader_.item_position();
+        const std::uint64_t skipped = reader_.resume();
+        info_.Skipped += skipped;
+        ++info_.DamageCount;
+        if (info_.Damages.size() < LogInfo::MostDamages)
+            info_.Damages.push_back({item, place, skipped});
+    }
+
+    DatReader reader_;
+    LogVerifier verifier_;
+    RunTimes times_;
+    LogInfo info_;
+    std::optional<RunInfo> run_;
+    std::uint64_t run_position_ = 0;
+};
+
 }  // namespace
 
-LogInfo read_log_info(File& file) {
-    LogInfo info;
-    info.Size = file.size();
-    DatReader reader(file);
-    RunTimes times;
-    std::uint64_t run_position = 0;
-    while (true) {
-        const DatItem item = reader.next();
-        if (item == DatItem::Header) {
-            times.end();
-            run_position = reader.item_position();
-        } else if (item == DatItem::Configuration) {
-            times.end();
-            RunInfo& run = info.Runs.emplace_back();
-            run.Header = reader.header();
-            run.Position = run_position;
-            times.begin(run);
-        } else if (item == DatItem::Data) {
-            if (info.Runs.empty()) continue;
-            RunInfo& run = info.Runs.back();
-            ++run.Records;
-            if (run.Header.Kind != ScanLog)
-                run.Events += count_events(reader.values(), reader.count());
-            times.add(reader.time());
-        } else {
-            times.end();
-            info.End = item;
-            info.EndPosition = reader.item_position();
-            info.Unfinished = reader.saw_unfinished();
-            return info;
-        }
-    }
+LogInfo read_log_info(File& file, File* sums) {
+    return InfoReader(file, sums).read();
 }
 
 std::string log_info_text(const LogInfo& info) {
-    std::string text = counted(info.Runs.size(), "run") + ", " + counted(info.Size, "byte") + "\n";
+    std::string text = counted(info.RunCount, "run") + ", " + counted(info.Size, "byte") + "\n";
     for (std::size_t i = 0; i < info.Runs.size(); ++i) text += run_text(info.Runs[i], i + 1);
+    if (info.RunCount > info.Runs.size()) text += "...\n";
     if (info.Unfinished)
         text += "A run was ended while a record was being written; that record does not count.\n";
-    if (info.End == DatItem::CutShort)
-        text += "Damage: the file ends inside the record at byte " +
-                std::to_string(info.EndPosition) + ".\n";
-    if (info.End == DatItem::Damaged)
-        text +=
-            "Damage: what stands at byte " + std::to_string(info.EndPosition) + " is no record.\n";
-    return text;
+    for (const LogDamage& damage : info.Damages) text += damage_text(damage);
+    if (info.DamageCount > info.Damages.size())
+        text += "... " + counted(info.DamageCount, "damaged place") + ", " +
+                counted(info.Skipped, "byte") + " passed over in all.\n";
+    return text + info.Check.text();
 }
 
 }  // namespace kavorix

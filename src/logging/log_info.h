@@ -9,6 +9,7 @@
 
 #include "base/dates.h"
 #include "logging/dat_reader.h"
+#include "logging/log_check.h"
 
 namespace kavorix {
 
@@ -31,18 +32,33 @@ struct RunInfo {
     std::uint64_t GapCount = 0;         // all of them
 };
 
-struct LogInfo {
-    std::vector<RunInfo> Runs;
-    std::uint64_t Size = 0;  // bytes
-    DatItem End = DatItem::End;
-    std::uint64_t EndPosition = 0;  // of the record that is cut short or damaged
-    bool Unfinished = false;  // a run was ended in the middle of a record, which does not count
-
-    bool damaged() const { return End != DatItem::End; }
+// What was found where a record should be, and how much was passed over behind it.
+struct LogDamage {
+    DatItem Item = DatItem::Damaged;  // CutShort, Damaged or Corrupt
+    std::uint64_t Position = 0;
+    std::uint64_t Skipped = 0;  // bytes
+    bool operator==(const LogDamage&) const = default;
 };
 
-// Reads the whole log.
-LogInfo read_log_info(File& file);
+struct LogInfo {
+    std::vector<RunInfo> Runs;  // the first MostRuns
+    std::uint64_t RunCount = 0;
+    std::uint64_t Size = 0;            // bytes
+    std::vector<LogDamage> Damages;    // the first MostDamages
+    std::uint64_t DamageCount = 0;
+    std::uint64_t Skipped = 0;  // bytes in all of them
+    bool Unfinished = false;    // a run was ended in the middle of a record, which does not count
+    LogCheck Check;             // against the sums beside the log
+
+    static constexpr std::size_t MostRuns = 1000;
+    static constexpr std::size_t MostDamages = 20;
+
+    bool damaged() const { return DamageCount > 0 || !Check.good(); }
+};
+
+// Reads the whole log, behind damage too, and compares it with its check sums if there are any. The
+// memory that it takes is bounded whatever the file holds.
+LogInfo read_log_info(File& file, File* sums = nullptr);
 
 // The same as lines of text, each ended by a line feed.
 std::string log_info_text(const LogInfo& info);

@@ -35,20 +35,17 @@ float logged_value(float reading) {
     return whole / static_cast<float>(Millionths);
 }
 
-int scan_entries(const PodStatus& status) {
-    return 1 + status.usable_channels();
-}
-
 int event_entries(int pod, const PollState& poll) {
     return 2 + EventEntries * (last_event(pod, poll) + 1);
 }
 
-void append_scan(std::vector<float>& block, std::int16_t& index, int pod, const PodStatus& status) {
+void append_scan(std::vector<float>& block, std::int16_t& index, int pod, const PodStatus& status,
+                 int channels) {
     append(block, index, static_cast<float>(pod + 1));
-    const int channels = status.usable_channels();
+    const int answered = status.usable_channels();
     for (int channel = 0; channel < channels; ++channel)
         append(block, index,
-               status.ResultCode[at(channel)] > HighestValidCode
+               channel >= answered || status.ResultCode[at(channel)] > HighestValidCode
                    ? ErrorReading
                    : logged_value(status.Reading[at(channel)]));
 }

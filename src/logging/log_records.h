@@ -14,15 +14,16 @@ namespace kavorix {
 // from zero. Infinities and NaN stay what they are.
 float logged_value(float reading);
 
-// Adds a pod's part of a scan record behind entry `index`: its number and a single per value of its
-// last reading, ErrorReading where the result code is above 128.
-void append_scan(std::vector<float>& block, std::int16_t& index, int pod, const PodStatus& status);
+// Adds a pod's part of a scan record behind entry `index`: its number and a single for each of
+// `channels`, the value of its last reading, or ErrorReading where there is none or the result code
+// is above 128.
+void append_scan(std::vector<float>& block, std::int16_t& index, int pod, const PodStatus& status,
+                 int channels);
 
 // The same for an event record: pod number, index of the last event, three singles per event.
 void append_events(std::vector<float>& block, std::int16_t& index, int pod, const PollState& poll);
 
-// Entries that these parts take.
-int scan_entries(const PodStatus& status);
+// Entries that this part takes.
 int event_entries(int pod, const PollState& poll);
 
 }  // namespace kavorix

@@ -12,23 +12,35 @@ std::string read_all(Files& files, const std::string& path) {
     return content;
 }
 
-void replace_file(Files& files, const std::string& path, std::string_view content) {
-    const std::string temporary = path + ".new";
+Replacement::Replacement(Files& files, const std::string& path)
+    : files_(files), path_(files.target_of(path)) {
+    files_.check_writable(path_);
+    if (files_.exists(path_)) lock_ = files_.lock(path_);
+    file_ = files_.create_beside(path_, temporary_);
+}
+
+Replacement::~Replacement() {
+    if (temporary_.empty()) return;
+    file_.reset();
     try {
-        const auto file = files.open(temporary, OpenMode::Create);
-        file->write(content);
-        file->sync();
-        file->close();
-        files.rename(temporary, path);
-    } catch (...) {
-        try {
-            if (files.exists(temporary)) files.remove(temporary);
-        } catch (const std::exception&) {
-            // The first failure is the one to report.
-        }
-        throw;
+        files_.remove(temporary_);
+    } catch (const std::exception&) {
+        // Whoever unwinds to here has a failure of its own to report.
     }
-    files.sync_directory(directory_of(path));
+}
+
+void Replacement::commit() {
+    file_->sync();
+    file_->close();
+    files_.rename(temporary_, path_);
+    temporary_.clear();
+    files_.sync_directory(directory_of(path_));
+}
+
+void replace_file(Files& files, const std::string& path, std::string_view content) {
+    Replacement replacement(files, path);
+    replacement.file().write(content);
+    replacement.commit();
 }
 
 std::string directory_of(const std::string& path) {

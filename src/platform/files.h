@@ -8,6 +8,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 namespace kavorix {
 
@@ -41,11 +42,32 @@ class File {
 
     virtual void truncate(std::uint64_t size) = 0;
 
-    // Has the system bring what was written onto the disk. May be called from another thread than
-    // the rest.
+    // Has the system bring what was written onto the disk. This and write_at() may be called from
+    // another thread than the rest, as long as both threads write different bytes.
     virtual void sync() = 0;
 
     virtual void close() = 0;
+};
+
+enum class FileKind {
+    Missing,
+    Regular,
+    Directory,
+    Special  // a device, a pipe, a socket
+};
+
+// Holds a file or a folder for this program until it is destroyed. Other programs can still read
+// and write it: a lock is a convention among those that ask for it.
+class FileLock {
+  public:
+    virtual ~FileLock() = default;
+};
+
+// What lock() throws when somebody else holds the file. The text names path and holder.
+class FileInUse : public std::system_error {
+  public:
+    explicit FileInUse(const std::string& text)
+        : std::system_error(std::make_error_code(std::errc::device_or_resource_busy), text) {}
 };
 
 class Files {
@@ -62,14 +84,65 @@ class Files {
 
     // Brings a rename inside `directory` onto the disk.
     virtual void sync_directory(const std::string& directory) = 0;
+
+    // What stands at the path, or where a link at it leads.
+    virtual FileKind kind(const std::string& path) {
+        return exists(path) ? FileKind::Regular : FileKind::Missing;
+    }
+
+    // Whether both paths are the same file, however they are spelled and whatever links lead there.
+    // Of files that are not there yet: whether they would be.
+    virtual bool same_file(const std::string& a, const std::string& b) { return a == b; }
+
+    // The path that links at `path` lead to, whether a file is there or not.
+    virtual std::string target_of(const std::string& path) { return path; }
+
+    // A new, empty file in the folder of `path`, under a name that nobody can foresee and that did
+    // not exist; `name` becomes its path. It has the mode, and as far as this user may give files
+    // away the owner and the group, of the file at `path`.
+    virtual std::unique_ptr<File> create_beside(const std::string& path, std::string& name) {
+        name = path + ".new";
+        return open(name, OpenMode::Create);
+    }
+
+    // Takes a file or folder that is there for this program. Throws FileInUse when another program,
+    // or another lock of this one, has it. Never waits.
+    virtual std::unique_ptr<FileLock> lock(const std::string& path) {
+        static_cast<void>(path);
+        return std::make_unique<FileLock>();
+    }
+
+    // Throws what writing the file, or making it, would fail with. Changes nothing.
+    virtual void check_writable(const std::string& path) { static_cast<void>(path); }
 };
 
 // The whole content of a file.
 std::string read_all(Files& files, const std::string& path);
 
-// Replaces the content of `path` in one step: written beside it under a temporary name, synced and
-// renamed, so that the old file survives every failure on the way. The temporary file does not stay
-// behind.
+// A new content for `path` that takes its place in one step: written beside it under a temporary
+// name, which no failure leaves behind, then synced and renamed. Until then the old file stays as
+// it is. Links stay links: what they lead to is replaced. A file that is read-only, and what is no
+// regular file, is refused; so is one that another program holds.
+class Replacement {
+  public:
+    Replacement(Files& files, const std::string& path);
+    ~Replacement();
+    Replacement(const Replacement&) = delete;
+    Replacement& operator=(const Replacement&) = delete;
+
+    File& file() { return *file_; }
+    // Puts the new content in place.
+    void commit();
+
+  private:
+    Files& files_;
+    std::string path_;
+    std::string temporary_;
+    std::unique_ptr<FileLock> lock_;
+    std::unique_ptr<File> file_;
+};
+
+// Replaces the whole content of `path` so.
 void replace_file(Files& files, const std::string& path, std::string_view content);
 
 // The part of a path before its last separator (empty without one), and the part after it.

@@ -138,51 +138,76 @@ TEST_F(ConfigFilesTest, AnotherExtensionIsAskedAboutUntilGivenUp) {
     EXPECT_EQ(names(), Names{});
 }
 
-TEST_F(ConfigFilesTest, FailuresOfASaveKeepTheOldFile) {
-    configuration_.ConfigFileName = path("A.CFG");
-    struct Case {
+// A save that fails is told, with the reason; file, name and changes stay, and the program goes on.
+TEST_F(ConfigFilesTest, AFailingSaveKeepsTheOldFileItsNameAndTheChanges) {
+    const struct {
         FileOperation operation;
         std::errc reason;
-        const char* report;
+        const char* words;
+    } cases[] = {
+        {FileOperation::Open, std::errc::permission_denied, "Permission denied"},
+        {FileOperation::Lock, std::errc::device_or_resource_busy, "busy"},
+        {FileOperation::Write, std::errc::no_space_on_device, "No space left on device"},
+        {FileOperation::Sync, std::errc::io_error, "Input/output error"},
+        {FileOperation::Close, std::errc::no_space_on_device, "No space left on device"},
+        {FileOperation::Rename, std::errc::permission_denied, "Permission denied"},
     };
-    const Case cases[] = {
-        {FileOperation::Open, std::errc::permission_denied, "13 confact/save_file: \""},
-        {FileOperation::Write, std::errc::no_space_on_device, "28 confact/save_file: \""},
-        {FileOperation::Sync, std::errc::io_error, "5 confact/save_file: \""},
-        {FileOperation::Close, std::errc::no_space_on_device, "28 confact/save_file: \""},
-        {FileOperation::Rename, std::errc::permission_denied, "13 confact/save_file: \""},
-    };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         write("A.CFG", "old content");
+        configuration_.ConfigFileName = path("named.CFG");
+        configuration_.ConfigChanged = 1;
         test::FaultyFiles files(*host_);
         files.fail(c.operation, c.reason);
         ConfigFiles config_files({configuration_, status_, dialogs_, files, loop_, message_line_,
                                   failures_, "/program"});
-        failures_.reports.clear();
-        EXPECT_THROW(config_files.save_file(0), ProgramEnded);
-        ASSERT_EQ(failures_.reports.size(), 1u);
-        EXPECT_EQ(failures_.reports[0].substr(0, std::string(c.report).size()), c.report);
-        EXPECT_EQ(content("A.CFG"), "old content") << c.report;
-        EXPECT_EQ(names(), (Names{"A.CFG"})) << c.report;
+        dialogs_.choose(path("A.CFG"));
+        EXPECT_EQ(config_files.save_file(1), 0);
+        EXPECT_NE(config_files.save_failure().value_or("").find(c.words), std::string::npos);
+        const auto boxes = dialogs_.take_boxes();
+        ASSERT_EQ(boxes.size(), 1u);
+        EXPECT_NE(boxes[0].text.find("could not be saved to " + path("A.CFG")), std::string::npos);
+        EXPECT_NE(boxes[0].text.find(c.words), std::string::npos) << boxes[0].text;
+        EXPECT_EQ(content("A.CFG"), "old content") << c.words;
+        EXPECT_EQ(names(), (Names{"A.CFG"})) << c.words;
+        EXPECT_EQ(configuration_.ConfigFileName, path("named.CFG"));
+        EXPECT_EQ(configuration_.ConfigChanged, 1);
+        EXPECT_EQ(dialogs_.pointer, Pointer::Default);
     }
 }
 
-TEST_F(ConfigFilesTest, FullDiskIsReportedWithTheSystemsReason) {
-    // What the save writes beside the file goes to a device that is always full.
-    std::filesystem::create_symlink("/dev/full", path("A.CFG.new"));
-    write("A.CFG", "old content");
-    configuration_.ConfigFileName = path("A.CFG");
-    EXPECT_THROW(config_files_.save_file(0), ProgramEnded);
-    EXPECT_EQ(failures_.reports,
-              (std::vector<std::string>{"28 confact/save_file: Writing \"" + path("A.CFG.new") +
-                                        "\": No space left on device"}));
-    EXPECT_EQ(content("A.CFG"), "old content");
+// What cannot take a configuration is named before anything is written.
+TEST_F(ConfigFilesTest, FoldersReadOnlyAndSpecialFilesAndMissingFoldersAreRefused) {
+    std::filesystem::create_directory(path("folder.CFG"));
+    std::filesystem::create_symlink("/dev/full", path("device.CFG"));
+    write("read.CFG", "old content");
+    std::filesystem::permissions(path("read.CFG"), std::filesystem::perms::owner_read);
+    for (const char* name : {"folder.CFG", "device.CFG", "read.CFG", "missing/a.CFG"}) {
+        configuration_.ConfigFileName = path(name);
+        EXPECT_EQ(config_files_.save_file(0), 0);
+        EXPECT_NE(config_files_.save_failure().value_or("").find(path("")), std::string::npos);
+        EXPECT_EQ(configuration_.ConfigChanged, 1);
+    }
+    EXPECT_EQ(dialogs_.take_boxes().size(), 4u);
+    EXPECT_EQ(content("read.CFG"), "old content");
+    EXPECT_EQ(names(), (Names{"device.CFG", "folder.CFG", "read.CFG"}));
+    EXPECT_TRUE(failures_.reports.empty());
+}
+
+// Changes that could not be saved are not thrown away by going on.
+TEST_F(ConfigFilesTest, OpeningStopsWhenTheSaveBeforeItFails) {
+    write("B.CFG", GoodFile);
+    configuration_.ConfigFileName = path("missing/a.CFG");
+    configuration_.ConfigChanged = 1;
+    dialogs_.answer(Answer::Yes);
+    dialogs_.choose(path("B.CFG"));
+    config_files_.open_file();
+    EXPECT_EQ(configuration_.ConfigFileName, path("missing/a.CFG"));
+    EXPECT_EQ(configuration_.ConfigChanged, 1);
+    EXPECT_EQ(dialogs_.take_boxes().size(), 2u);
 }
 
 TEST_F(ConfigFilesTest, FolderAsFileNameIsReported) {
     std::filesystem::create_directory(path("A.CFG"));
-    configuration_.ConfigFileName = path("A.CFG");
-    EXPECT_THROW(config_files_.save_file(0), ProgramEnded);
     EXPECT_THROW(open("A.CFG"), ProgramEnded);
     EXPECT_EQ(failures_.reports,
               (std::vector<std::string>{

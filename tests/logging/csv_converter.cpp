@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <functional>
 #include <limits>
 #include <random>
@@ -191,18 +192,13 @@ TEST_F(CsvConverterTest, PodsOfAllRunsAreColumnsInOrderOfAppearance) {
                     "\"05-01-26\",\"00:00:00\",003,53,54,,"));
 }
 
-TEST_F(CsvConverterTest, APodThatTheRunDoesNotNameIsPassedOver) {
-    DatBuilder log;
-    log.run(ScanLog, "", Date, {logged_pod(3, 2)});
-    log.data(1, {3, 1, 2, 7, 1, 2, 3}).data(2, {7, 3, 2, 1}).data(3, {3, 5, 6});
-    EXPECT_THAT(convert(log.bytes).rows(),
-                ElementsAre("\"05-01-26\",\"00:00:00\",001,1,2", "\"05-01-26\",\"00:00:00\",002,,",
-                            "\"05-01-26\",\"00:00:00\",003,5,6"));
-}
-
+// A record uses exactly its count of singles: with fewer, with more, with pods that the run does not
+// name, or in another order, none of its values can be trusted.
 TEST_F(CsvConverterTest, ARecordThatDoesNotAddUpMakesTheFileCorrupt) {
     const std::vector<std::vector<float>> wrong = {
-        {3, 1}, {3, 1, 2, 5}, {3, 1, 2, 5, 1, 2}, {5, 1, 2}};
+        {3, 1},          {3, 1, 2, 5},          {3, 1, 2, 5, 1, 2}, {5, 1, 2},
+        {3, 1, 2, 9},    {3, 1, 2, 7, 1, 2, 3}, {7, 3, 2, 1},       {5, 1, 2, 3, 3, 1, 2},
+        {3, 1, 2, 3, 1, 2}, {3, 1, 2, 5, 1, 2, 3, 5}};
     for (const auto& values : wrong) {
         DatBuilder log;
         log.run(ScanLog, "", Date, {logged_pod(3, 2), logged_pod(5, 3)});
@@ -210,13 +206,27 @@ TEST_F(CsvConverterTest, ARecordThatDoesNotAddUpMakesTheFileCorrupt) {
         const std::size_t position = log.bytes.size();
         log.data(2, values).filler(20);
         const CsvResult result = convert(log.bytes).result;
-        if (values.size() == 4) {  // a pod number at the very end has no values to be short of
-            EXPECT_EQ(result.End, CsvEnd::Done);
-            continue;
-        }
-        EXPECT_EQ(result.End, CsvEnd::Corrupt);
+        EXPECT_EQ(result.End, CsvEnd::Corrupt) << testing::PrintToString(values);
         EXPECT_EQ(result.Position, position);
     }
+}
+
+// Read on behind it, the rows of all else are there.
+TEST_F(CsvConverterTest, SalvageGoesOnWithTheNextRecordOrRunThatMakesSense) {
+    plan.Salvage = true;
+    DatBuilder log;
+    log.run(ScanLog, "", Date, {logged_pod(3, 2)}).data(1, {3, 1, 2}).data(2, {3, 1, 2, 5});
+    log.data(3, {3, 3, 4}).singles({DataMarker, 4, 1E9F, 3, 3, 3}).data(5, {3, 5, 6}).filler(3);
+    log.run(ScanLog, "", Date, {logged_pod(4, 1), logged_pod(4, 1)}).data(6, {4, 1});
+    log.bytes += "xyz";  // the last run stands at an odd place
+    log.run(ScanLog, "", Date, {logged_pod(3, 2)}).data(7, {3, 7, 8});
+    const CsvResult result = convert(log.bytes).result;
+    EXPECT_EQ(result.End, CsvEnd::Done);
+    EXPECT_FALSE(result.whole());
+    EXPECT_EQ(result.Rows, 4u);
+    EXPECT_EQ(result.DamagedParts, 3u);
+    // One record, another and what looks like one, a configuration with its record and the rest.
+    EXPECT_EQ(result.Skipped, 7 * EntrySize + 6 * EntrySize + (10 + 2 * 26 + 5 * EntrySize + 3));
 }
 
 TEST_F(CsvConverterTest, AnEventLogAsAWhole) {
@@ -262,20 +272,39 @@ TEST_F(CsvConverterTest, EventsOfChannelsWithoutAColumnAreSkipped) {
                 ElementsAre("\"01-01-2026\",\"00:00:02\",000,\"Lo to Hi\""));
 }
 
-TEST_F(CsvConverterTest, TheYearAdvancesWhenDecemberTurnsIntoJanuary) {
+// Year by pod: what one pod has dated says nothing about another but where its first event belongs.
+TEST_F(CsvConverterTest, TheYearOfAnEventFollowsItsPod) {
     choose = [](CsvSelection& selection) { selection.ChannelSelected[0][1] = 0; };
+    const struct {
+        std::int32_t start;
+        std::vector<std::array<int, 3>> events;  // pod, month, year
+    } rows[] = {
+        {20251230, {{1, 12, 2025}, {1, 1, 2026}, {1, 12, 2026}, {1, 1, 2027}}},
+        {20251230, {{1, 12, 2025}, {1, 1, 2026}, {2, 12, 2025}, {2, 1, 2026}, {1, 2, 2026}}},
+        {20251230, {{1, 1, 2026}, {2, 1, 2026}, {3, 12, 2025}, {1, 1, 2026}, {3, 1, 2026}}},
+        {20260102, {{1, 12, 2025}, {1, 1, 2026}}},
+        {20260630, {{1, 12, 2026}, {2, 11, 2026}, {3, 1, 2027}}},
+        {20260730, {{1, 1, 2026}, {2, 7, 2026}}},
+        {20260105, {{1, 0, 2026}, {1, 13, 2026}, {1, 5, 2026}, {1, 0, 2026}, {1, 4, 2027}}},
+    };
+    for (const auto& row : rows) {
+        DatBuilder log;
+        log.run(EventLog, "", row.start, {logged_pod(1, 2), logged_pod(2, 1), logged_pod(3, 1)});
+        std::vector<std::string> expected;
+        for (const auto& [pod, month, year] : row.events) {
+            log.data(0, {static_cast<float>(pod), 0, static_cast<float>(150001 + month * 100), 0, 0});
+            expected.push_back("\"15-" + std::string(month < 10 ? "0" : "") +
+                               std::to_string(month) + "-" + std::to_string(year));
+        }
+        std::vector<std::string> dates;
+        for (const std::string& line : convert(log.bytes).rows()) dates.push_back(line.substr(0, 11));
+        EXPECT_EQ(dates, expected) << row.start;
+    }
+    // An event without a column counts, too.
     DatBuilder log;
     log.run(EventLog, "", 20251230, {logged_pod(1, 2)});
-    log.data(0, {1, 1, 311201, 1, 0, 10101, 2, 0});
-    log.data(0, {1, 2, 311201, 3, 0, 311202, 4, 0, 10101, 5, 0});
-    log.filler(5).run(EventLog, "", 20250101, {logged_pod(1, 2)});
-    log.data(0, {1, 0, 10101, 6, 0});
-    const Converted csv = convert(log.bytes);
-    std::vector<std::string> dates;
-    for (const std::string& line : csv.lines)
-        if (line.size() > 12 && line[3] == '-') dates.push_back(line.substr(1, 10));
-    EXPECT_THAT(dates,
-                ElementsAre("31-12-2025", "01-01-2026", "31-12-2026", "01-01-2027", "01-01-2025"));
+    log.data(0, {1, 2, 311202, 3, 0, 10102, 4, 0, 10201, 5, 0});
+    EXPECT_THAT(convert(log.bytes).rows(), ElementsAre(testing::StartsWith("\"01-02-2026\"")));
 }
 
 // Fields of a pod clock that is no clock give numbers of more digits: the first ones count.

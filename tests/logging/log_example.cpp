@@ -70,6 +70,7 @@ TEST(LogExample, AnEventRecordIsAsThePageShowsIt) {
     const std::size_t header = files.content("/logs/event.DAT").size();
     rig.give_events(4, {{19, 5, 13, 45, 1, 7, 2, 1, 0}, {3, 5, 13, 45, 1, 990, 59, 0, 1}});
     rig.write(EventLog, 0);
+    rig.log.Stop_Log_File(EventLog);
     const Example event = example("event");
     EXPECT_TRUE(event.offsets_right);
     EXPECT_EQ(event.bytes.size(), 44u);

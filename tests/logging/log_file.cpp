@@ -73,25 +73,25 @@ TEST_F(LogFileTest, TheChannelCountFollowsTheTypeAndTheKind) {
         const char* type;
         std::size_t scan;
         std::size_t event;
-    } rows[] = {{"7R", 20, 32}, {"7S", 10, 32}, {"7T", 20, 32}, {"7U", 20, 32},
-                {"7V", 20, 32}, {"7W", 20, 32}, {"8R", 20, 20}, {"8S", 32, 32}};
+    } rows[] = {{"7R", 20, 32}, {"7S", 10, 32}, {"7T", 20, 32}, {"7U", 20, 32}, {"7V", 20, 32},
+                {"7W", 20, 32}, {"8R", 20, 20}, {"8S", 32, 32}, {"NC", 20, 32}, {"7X", 20, 32}};
     int pod = 1;
     for (const auto& row : rows) rig.add_pod(pod++, row.type);
     rig.log.Start_Log_File(ScanLog);
     rig.log.Start_Log_File(EventLog);
     const auto scan_pods = read_log(files, ScanPath).runs.at(0).Pods;
     const auto event_pods = read_log(files, EventPath).runs.at(0).Pods;
-    ASSERT_THAT(scan_pods, SizeIs(8));
-    ASSERT_THAT(event_pods, SizeIs(8));
-    for (std::size_t i = 0; i < 8; ++i) {
+    ASSERT_THAT(scan_pods, SizeIs(10));
+    ASSERT_THAT(event_pods, SizeIs(10));
+    for (std::size_t i = 0; i < 10; ++i) {
         EXPECT_EQ(scan_pods[i].TypeCode, rows[i].type);
         EXPECT_EQ(scan_pods[i].Number, i + 1);
         EXPECT_THAT(scan_pods[i].Channels, SizeIs(rows[i].scan)) << rows[i].type;
         EXPECT_THAT(event_pods[i].Channels, SizeIs(rows[i].event)) << rows[i].type;
     }
-    EXPECT_EQ(state().ScanPodCount, 8);
-    EXPECT_EQ(state().EventPodCount, 8);
-    EXPECT_EQ(state().ScanChannelTotal, 6 * 20 + 10 + 32);
+    EXPECT_EQ(state().ScanPodCount, 10);
+    EXPECT_EQ(state().EventPodCount, 10);
+    EXPECT_EQ(state().ScanChannelTotal, 8 * 20 + 10 + 32);
     EXPECT_EQ(read_log(files, EventPath).runs.at(0).Kind, EventLog);
 }
 
@@ -111,8 +111,11 @@ TEST_F(LogFileTest, OnlyMarkedPodsAreLogged) {
 TEST_F(LogFileTest, AScanRecordHoldsTheNewDataOfThePods) {
     for (const int pod : {2, 5, 9}) rig.add_pod(pod, "7S");
     rig.log.Start_Log_File(ScanLog);
-    rig.give(2, {1.5F, -2.0F});
-    rig.give(9, {0.1234567F, 4.0F, 5.0F});
+    std::vector<float> values(10, 1.0F);
+    values[0] = 1.5F;
+    rig.give(2, values);
+    values[0] = 0.1234567F;
+    rig.give(9, values);
     rig.status(9).ResultCode[1] = 129;
     rig.write(ScanLog, 500);
     EXPECT_EQ(rig.status(2).StreamNew[ReadingStream], 0);
@@ -120,7 +123,8 @@ TEST_F(LogFileTest, AScanRecordHoldsTheNewDataOfThePods) {
     rig.write(ScanLog, 1000);
 
     EXPECT_THAT(scans().records,
-                ElementsAre(RecordRead{80000496, {2, 1.5F, -2, 9, 0.123457F, ErrorReading, 5}},
+                ElementsAre(RecordRead{80000496, {2, 1.5F, 1, 1, 1, 1, 1, 1, 1, 1, 1, 9, 0.123457F,
+                                                  ErrorReading, 1, 1, 1, 1, 1, 1, 1, 1}},
                             RecordRead{80001504, {}}));  // 8:00:00.500 and 8:00:01.500 as singles
     EXPECT_EQ(state().LogBusy, 0);
 }
@@ -227,21 +231,41 @@ TEST_F(LogFileTest, EveryRecordIsInTheFileWhenTheCallReturns) {
         ASSERT_EQ(read.records.back().values[1], values[0]);
         ASSERT_EQ((scan_file().size() - header) % BlockSize, 0u);
     }
-    const std::string running = scan_file();
+    const std::size_t running = scan_file().size();
     rig.log.Stop_Log_File(ScanLog);
-    EXPECT_TRUE(scan_file() == running);
+    EXPECT_EQ(scan_file().size(), running);
 }
 
-TEST_F(LogFileTest, APodThatAnswersWithMoreThanItsChannelsStaysWithinTheBlock) {
+// A pod that answers with another number of channels never shifts the others.
+TEST_F(LogFileTest, RecordsHoldTheChannelsOfTheHeaderAndOtherNumbersAreTold) {
+    std::vector<std::string> notices;
+    rig.log.on_notice([&](const std::string& text) { notices.push_back(text); });
     rig.add_pod(1, "7S");
+    rig.add_pod(2, "8S");
     rig.log.Start_Log_File(ScanLog);
-    for (int record = 0; record < 1000; ++record) {
-        rig.give(1, std::vector<float>(32, 1.0F));
+    const std::size_t answers[] = {10, 32, 32, 4, 10};
+    for (std::size_t i = 0; i < 1000; ++i) {
+        rig.give(1, std::vector<float>(answers[i * 5 / 1000], 1.0F));
+        rig.give(2, std::vector<float>(32, 2.0F));
         rig.write(ScanLog);
     }
     rig.log.Stop_Log_File(ScanLog);
-    EXPECT_THAT(rig.failures.reports, IsEmpty());
-    EXPECT_THAT(scans().records, SizeIs(1000));
+    EXPECT_THAT(notices,
+                ElementsAre("ZAV 1 answers with 32 channels, the scan log holds 10: the others are "
+                            "not logged",
+                            "ZAV 1 answers with 4 channels, the scan log holds 10: those missing "
+                            "are logged as readings in error"));
+    const LogRead read = scans();
+    EXPECT_EQ(read.end, DatItem::End);
+    ASSERT_THAT(read.records, SizeIs(1000));
+    for (std::size_t i = 0; i < 1000; ++i) {
+        std::vector<float> expected = {1};
+        expected.resize(11, 1.0F);
+        if (answers[i * 5 / 1000] == 4) std::fill_n(expected.begin() + 5, 6, ErrorReading);
+        expected.push_back(2);
+        expected.resize(44, 2.0F);
+        ASSERT_EQ(read.records[i].values, expected) << i;
+    }
 }
 
 TEST_F(LogFileTest, StoppingWritesABlockEvenWithoutARecord) {
@@ -257,7 +281,7 @@ TEST_F(LogFileTest, StoppingWritesABlockEvenWithoutARecord) {
 TEST_F(LogFileTest, ARunIsAppendedAndTheFirstOneUntouched) {
     rig.add_pod(1, "7R");
     rig.log.Start_Log_File(ScanLog);
-    rig.give(1, {1});
+    rig.give(1, std::vector<float>(20, 1.0F));
     rig.write(ScanLog);
     rig.log.Stop_Log_File(ScanLog);
     const std::string first = scan_file();
@@ -273,7 +297,7 @@ TEST_F(LogFileTest, ARunIsAppendedAndTheFirstOneUntouched) {
     ASSERT_THAT(read.runs, SizeIs(2));
     EXPECT_THAT(read.runs[1].Pods, SizeIs(2));
     ASSERT_THAT(read.records, SizeIs(2));
-    EXPECT_THAT(read.records[1].values, ElementsAre(2, 2));
+    EXPECT_THAT(read.records[1].values, SizeIs(33));
 }
 
 TEST_F(LogFileTest, NothingStartsWithoutAFileOrTwice) {
@@ -354,6 +378,7 @@ TEST_F(LogFileTest, AFinishedLogIsSyncedAndClosed) {
     rig.log.Stop_Log_File(ScanLog);
     EXPECT_TRUE(files.synced(ScanPath) == scan_file());
     EXPECT_EQ(files.log.back(), "close " + ScanPath);
+    EXPECT_EQ(read_field<float>(scan_file().data() + 18 + 6 + 400), DataMarker);
     EXPECT_THAT(files.log, testing::Contains("sync directory /logs"));
 }
 

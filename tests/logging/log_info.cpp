@@ -129,11 +129,12 @@ TEST(LogInfo, TellsOfDamageAndOfAKilledRun) {
                 testing::EndsWith("  1 record from 2026-01-05 00:00:00.001 to 2026-01-05 "
                                   "00:00:00.001\n"
                                   "Damage: the file ends inside the record at byte " +
-                                  place + ".\n"));
+                                  place + "; 17 bytes passed over.\n"));
     DatBuilder damaged;
     damaged.run(ScanLog, "", Date, {}).singles({DataMarker, 1, 1E9F});
     EXPECT_THAT(log_info_text(info_of(damaged.bytes)),
-                testing::EndsWith("Damage: what stands at byte 18 is no record.\n"));
+                testing::EndsWith("Damage: what stands at byte 18 is no record; 12 bytes passed "
+                                  "over.\n"));
     EXPECT_TRUE(info_of(damaged.bytes).damaged());
     DatBuilder killed;
     killed.run(ScanLog, "", Date, {}).data(1, {}).singles({UnfinishedMarker, 2, 1, 3}).filler(9);

@@ -70,20 +70,29 @@ TEST(ScanRecord, HoldsThePodNumberAndItsValues) {
     status->ResultCode = {0, 128, 129, 141};
     std::vector<float> block(16, 0.0F);
     std::int16_t index = 2;
-    append_scan(block, index, 6, *status);
+    append_scan(block, index, 6, *status, 4);
     EXPECT_EQ(index, 7);
-    EXPECT_EQ(index - 2, scan_entries(*status));
     EXPECT_THAT(std::vector(block.begin() + 3, block.begin() + 9),
                 ElementsAre(7.0F, 1.5F, 2.0F, ErrorReading, ErrorReading, 0.0F));
     EXPECT_EQ(std::bit_cast<std::uint32_t>(block[6]), 0x8000000Au);
 }
 
-TEST(ScanRecord, ACountBeyondTheArraysIsCut) {
+// As many singles as the header promises, whatever the pod answers.
+TEST(ScanRecord, HoldsAnErrorForEachMissingValueAndNoneTooMany) {
     const auto status = std::make_unique<PodStatus>();
-    status->ChannelCount = 1000;
-    EXPECT_EQ(scan_entries(*status), 33);
-    status->ChannelCount = -1;
-    EXPECT_EQ(scan_entries(*status), 1);
+    status->Reading.fill(1.5F);
+    for (const int answered : {-1, 0, 1, 9, 10, 11, 32, 1000})
+        for (const int promised : {0, 10, 20, 32}) {
+            status->ChannelCount = static_cast<std::int16_t>(answered);
+            std::vector<float> block(40, 7.0F);
+            std::int16_t index = -1;
+            append_scan(block, index, 6, *status, promised);
+            std::vector<float> expected(40, 7.0F);
+            for (int i = 1; i <= promised; ++i)
+                expected[at(i)] = i <= answered ? 1.5F : ErrorReading;
+            EXPECT_EQ(index, promised);
+            EXPECT_EQ(block, expected) << answered << " " << promised;
+        }
 }
 
 TEST(EventRecord, HoldsThreeDecimalNumbersPerEvent) {

@@ -201,22 +201,41 @@ void Invariants::scan_read(int pod, int count, std::span<const float> values,
 // ---- logs ----
 
 void Invariants::log_opened(const std::string& path) {
-    known.logs[path].begun = false;
+    if (path.ends_with(".DAT")) known.logs[path].begun = false;
+}
+
+// The channels of each pod by a run's header, whose marker is not looked at.
+static PodFlags channels_in(std::string_view header) {
+    PodFlags channels{};
+    const auto word = [&](std::size_t place) {
+        return read_field<std::int16_t>(header.data() + place);
+    };
+    std::size_t place = 8 + at(word(6)) + 8;
+    const int pods = word(place);
+    place += 2;
+    for (int pod = 0; pod < pods; ++pod) {
+        channels[at(word(place) - 1)] = word(place + 4);
+        place += 6 + at(word(place + 4)) * 20;
+    }
+    return channels;
 }
 
 void Invariants::log_written(const std::string& path, std::uint64_t offset,
                              std::string_view bytes) {
+    if (!path.ends_with(".DAT") || bytes.size() <= EntrySize) return;
     KnownLog& log = known.logs[path];
+    const auto marker = read_field<float>(bytes.data());
     if (!log.begun) {
-        if (bytes.size() < 4 || read_field<float>(bytes.data()) != HeaderMarker) return;
+        if (marker != UnfinishedMarker) return;
         const int kind = read_field<std::int16_t>(bytes.data() + 4);
         log.mixed = log.mixed || (log.runs > 0 && log.kind != kind);
         log.kind = kind;
+        log.channels = channels_in(bytes);
         log.begun = true;
         ++log.runs;
         log.block_at = log.next_at = offset + bytes.size();
-    } else if (bytes.size() == 1) {
-        record_completed(path, offset - 3);
+    } else if (is_pending_marker(marker)) {
+        record_completed(path, offset);
     }
 }
 
@@ -238,16 +257,17 @@ float Invariants::expected_time() {
                               known.day_ms % 1000);
 }
 
-std::vector<float> Invariants::expected_scan() {
+std::vector<float> Invariants::expected_scan(const KnownLog& log) {
     std::vector<float> values;
     for (int pod = 0; pod < MaxZavs; ++pod) {
         KnownPod& of = known.pods[at(pod)];
         if (!of.log_scans || !of.new_scan) continue;
         of.new_scan = false;
         values.push_back(static_cast<float>(pod + 1));
-        for (int channel = 0; channel < of.count; ++channel)
-            values.push_back(of.codes[at(channel)] > 128 ? std::bit_cast<float>(0x8000000AU)
-                                                         : rounded(of.values[at(channel)]));
+        for (int channel = 0; channel < log.channels[at(pod)]; ++channel)
+            values.push_back(channel >= of.count || of.codes[at(channel)] > 128
+                                 ? std::bit_cast<float>(0x8000000AU)
+                                 : rounded(of.values[at(channel)]));
     }
     return values;
 }
@@ -286,12 +306,12 @@ void Invariants::record_completed(const std::string& path, std::uint64_t offset)
     expect(offset == log.next_at || next_block, Rule::LogsStayWhole,
            place + between("position", static_cast<long long>(log.next_at),
                            static_cast<long long>(offset)));
-    expect(single(0) == DataMarker, Rule::LogsStayWhole, place + "no marker");
+    expect(single(0) == DataMarker || is_pending_marker(single(0)), Rule::LogsStayWhole, place + "no marker");
     const float time = expected_time();
     expect(
         single(1) == time, Rule::LogTimesGoOn,
         place + between("time", static_cast<long long>(time), static_cast<long long>(single(1))));
-    const std::vector<float> values = log.kind == ScanLog ? expected_scan() : expected_events(log);
+    const std::vector<float> values = log.kind == ScanLog ? expected_scan(log) : expected_events(log);
     const auto count = static_cast<long long>(single(2));
     expect(count == static_cast<long long>(values.size()), Rule::LoggedValuesAreTheTwins,
            place + between("count", static_cast<long long>(values.size()), count));

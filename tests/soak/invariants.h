@@ -86,6 +86,7 @@ struct KnownLog {
     std::uint64_t next_at = 0;                     // behind the last record
     bool begun = false;                            // the run has its header
     bool mixed = false;                            // runs of both kinds
+    PodFlags channels{};                           // of the pods of the run, by its header
 };
 
 struct Known {
@@ -175,7 +176,7 @@ class Invariants {
     std::string configuration_as_written() const;
 
     std::map<std::string, std::string> files_before_;
-    std::vector<float> expected_scan();
+    std::vector<float> expected_scan(const KnownLog& log);
     std::vector<float> expected_events(KnownLog& log);
     float expected_time();
 };

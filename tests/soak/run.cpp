@@ -115,6 +115,7 @@ class World {
 
     void remove_log(const std::string& path) {
         files_.remove(path);
+        if (files_.has(path + ".sum")) files_.remove(path + ".sum");
         if (!rules_.known.logs.contains(path)) return;
         figures_.records += rules_.known.logs[path].records;
         rules_.known.logs.erase(path);

@@ -87,6 +87,12 @@ class WitnessFiles : public Files {
     void sync_directory(const std::string& directory) override {
         behind_.sync_directory(directory);
     }
+    FileKind kind(const std::string& path) override { return behind_.kind(path); }
+    bool same_file(const std::string& a, const std::string& b) override {
+        return behind_.same_file(a, b);
+    }
+    std::unique_ptr<FileLock> lock(const std::string& path) override { return behind_.lock(path); }
+    void check_writable(const std::string& path) override { behind_.check_writable(path); }
 
   private:
     Files& behind_;

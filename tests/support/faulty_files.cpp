@@ -91,6 +91,14 @@ std::unique_ptr<File> FaultyFiles::open(const std::string& path, OpenMode mode) 
     pass(FileOperation::Open, path);
     return std::make_unique<FaultyFile>(*this, behind_.open(path, mode), path);
 }
+std::unique_ptr<File> FaultyFiles::create_beside(const std::string& path, std::string& name) {
+    pass(FileOperation::Open, path);
+    return std::make_unique<FaultyFile>(*this, behind_.create_beside(path, name), path);
+}
+std::unique_ptr<FileLock> FaultyFiles::lock(const std::string& path) {
+    pass(FileOperation::Lock, path);
+    return behind_.lock(path);
+}
 bool FaultyFiles::exists(const std::string& path) {
     pass(FileOperation::Exists, path);
     return behind_.exists(path);

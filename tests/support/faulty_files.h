@@ -29,7 +29,8 @@ enum class FileOperation {
     Remove,
     Rename,
     MakeDirectories,
-    SyncDirectory
+    SyncDirectory,
+    Lock
 };
 
 class FaultyFiles : public Files {
@@ -71,6 +72,14 @@ class FaultyFiles : public Files {
     void rename(const std::string& from, const std::string& to) override;
     void make_directories(const std::string& path) override;
     void sync_directory(const std::string& directory) override;
+    FileKind kind(const std::string& path) override { return behind_.kind(path); }
+    bool same_file(const std::string& a, const std::string& b) override {
+        return behind_.same_file(a, b);
+    }
+    std::string target_of(const std::string& path) override { return behind_.target_of(path); }
+    std::unique_ptr<File> create_beside(const std::string& path, std::string& name) override;
+    std::unique_ptr<FileLock> lock(const std::string& path) override;
+    void check_writable(const std::string& path) override { behind_.check_writable(path); }
 
     // For the files that it opens: counts an operation; throws when it is to fail.
     void pass(FileOperation kind, const std::string& path);

@@ -20,8 +20,11 @@ namespace kavorix::test {
 
 class LogRig {
   public:
-    explicit LogRig(Files& files_of_log, const WallTime& start = {2026, 1, 5, 8, 0, 0, 0})
-        : files(files_of_log), loop(start, 1000) {
+    explicit LogRig(Files& files_of_log, const WallTime& start = {2026, 1, 5, 8, 0, 0, 0},
+                    int sync_interval_ms = LogFile::UsualSyncInterval_ms)
+        : files(files_of_log),
+          loop(start, 1000),
+          log({files, loop, failures, screen, configuration, run_time}, sync_interval_ms) {
         run_time.Log.ScanFileName = "/logs/scan.DAT";
         run_time.Log.EventFileName = "/logs/event.DAT";
     }
@@ -33,7 +36,7 @@ class LogRig {
     Configuration configuration;
     std::unique_ptr<RunTime> run_time_owner = std::make_unique<RunTime>();
     RunTime& run_time = *run_time_owner;
-    LogFile log{{files, loop, failures, screen, configuration, run_time}};
+    LogFile log;
 
     PodStatus& status(int pod) { return run_time.Status[at(pod - 1)]; }
     ChannelConfig& channel(int pod, int number) {
@@ -87,6 +90,7 @@ inline void PrintTo(const RecordRead& record, std::ostream* out) {
 struct LogRead {
     std::vector<RunHeader> runs;
     std::vector<RecordRead> records;  // of all runs
+    std::size_t pending = 0;          // of them, not yet marked as being on the disk
     DatItem end = DatItem::End;
     std::uint64_t end_position = 0;  // of the item that the reading ended at
 };
@@ -105,7 +109,8 @@ inline LogRead read_log(Files& files, const std::string& path,
                 std::memcpy(record.values.data(), reader.values(), at(reader.count()) * EntrySize);
             log.records.push_back(std::move(record));
         }
-        if (item == DatItem::End || item == DatItem::CutShort || item == DatItem::Damaged) {
+        if (item == DatItem::Data && reader.pending()) ++log.pending;
+        if (is_last(item)) {
             log.end = item;
             log.end_position = reader.item_position();
             return log;

@@ -135,4 +135,35 @@ void MemoryFiles::sync_directory(const std::string& directory) {
     note("sync directory " + directory);
 }
 
+std::unique_ptr<File> MemoryFiles::create_beside(const std::string& path, std::string& name) {
+    const std::lock_guard lock(mutex_);
+    check("Creating", path);
+    name = path + ".new";
+    note("create " + name);
+    return std::make_unique<MemoryFile>(*this, files_[name] = std::make_shared<Node>(), path,
+                                        OpenMode::Create);
+}
+
+class MemoryFiles::MemoryLock : public FileLock {
+  public:
+    explicit MemoryLock(std::shared_ptr<Node> node) : node_(std::move(node)) {
+        node_->locked = true;
+    }
+    ~MemoryLock() override { node_->locked = false; }
+
+  private:
+    std::shared_ptr<Node> node_;
+};
+
+bool MemoryFiles::same_file(const std::string& a, const std::string& b) {
+    return a == b || (has(a) && has(b) && files_.at(a) == files_.at(b));
+}
+
+std::unique_ptr<FileLock> MemoryFiles::lock(const std::string& path) {
+    const auto found = files_.find(path);
+    if (found == files_.end()) fail(ENOENT, "Opening", path);
+    if (found->second->locked) throw FileInUse("\"" + path + "\" is used by this program");
+    return std::make_unique<MemoryLock>(found->second);
+}
+
 }  // namespace kavorix::test
