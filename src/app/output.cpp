@@ -23,8 +23,8 @@ std::size_t character_length(std::string_view text) {
                                                                : 0;
     if (length == 0 || length > text.size()) return 0;
     const std::string_view rest = text.substr(1, length - 1);
-    const bool whole = std::all_of(rest.begin(), rest.end(),
-                                   [](char c) { return (byte_of(c) & 0xC0u) == 0x80; });
+    const bool whole =
+        std::all_of(rest.begin(), rest.end(), [](char c) { return (byte_of(c) & 0xC0u) == 0x80; });
     return whole ? length : 0;
 }
 

@@ -63,7 +63,7 @@ CsvResult CsvConverter::ended(CsvEnd end) {
 std::optional<CsvEnd> CsvConverter::take_item(DatItem item) {
     if (is_damage(item)) {
         if (!plan_.Salvage)
-            return item == DatItem::CutShort ? CsvEnd::CutShort
+            return item == DatItem::CutShort  ? CsvEnd::CutShort
                    : item == DatItem::Corrupt ? CsvEnd::Corrupt
                                               : CsvEnd::Damaged;
         ++result_.DamagedParts;

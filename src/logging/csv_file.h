@@ -6,11 +6,11 @@
 
 namespace kavorix {
 
-// Converts the log at `log_path` into the file plan.CsvPath. The text is written beside it and takes
-// its place at the end, so that a text that was there stays until then; where plan.CsvPath is no
-// regular file, such as a device, it is written there at once. No new text is left when the log is
-// corrupt and when reading or writing fails, which is thrown as std::system_error. The log is never
-// written over, whatever it is called. Check sums beside the log are compared.
+// Converts the log at `log_path` into the file plan.CsvPath. The text is written beside it and
+// takes its place at the end, so that a text that was there stays until then; where plan.CsvPath is
+// no regular file, such as a device, it is written there at once. No new text is left when the log
+// is corrupt and when reading or writing fails, which is thrown as std::system_error. The log is
+// never written over, whatever it is called. Check sums beside the log are compared.
 CsvResult write_csv_file(Files& files, const std::string& log_path, const CsvPlan& plan,
                          CsvWatcher& watcher);
 

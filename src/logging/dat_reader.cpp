@@ -21,6 +21,24 @@ std::optional<int> data_count(float count) {
     return std::max(0, static_cast<int>(std::max(count, -1.0F)));
 }
 
+// Whether a marker is that of a pending record with this check sum, or the final one, or partly the
+// one and partly the other, as where a page of the disk ends inside it.
+bool marks(std::uint32_t marker, std::uint32_t sum) {
+    const auto final_bits = std::bit_cast<std::uint32_t>(DataMarker);
+    const auto pending_bits = std::bit_cast<std::uint32_t>(pending_marker(sum));
+    for (std::uint32_t byte = 0xFF; byte != 0; byte <<= 8u)
+        if ((marker & byte) != (final_bits & byte) && (marker & byte) != (pending_bits & byte))
+            return false;
+    return true;
+}
+
+// Whether it can be such a marker: its two high bytes are those of one or the other.
+bool may_mark(std::uint32_t marker) {
+    const std::uint32_t high = marker >> 24u;
+    const std::uint32_t next = marker >> 16u & 0xFFu;
+    return (high == 0x40 || high == 0xFF) && (next == 0x40 || next >= 0xC0);
+}
+
 std::size_t bytes_in(int singles) {
     return static_cast<std::size_t>(singles) * EntrySize;
 }
@@ -102,8 +120,12 @@ DatItem DatReader::next() {
 std::optional<DatItem> DatReader::read_item() {
     if (!have(EntrySize)) return rest_is_filler() ? DatItem::End : DatItem::CutShort;
     const auto marker = read_field<float>(at());
-    if (std::exchange(in_filler_, marker == 0) && behind_lost_page(marker))
+    if (marker == 0) {
+        if (!filler_at_) filler_at_ = position();
+    } else if (const auto filler = std::exchange(filler_at_, std::nullopt);
+               filler && behind_lost_page(*filler)) {
         return skip_unfinished();
+    }
     const bool goes_on = in_header_ && marker == ConfigurationMarker;
     in_header_ = marker == HeaderMarker || marker == ConfigurationMarker;
     if (!goes_on) header_sum_ = 0;
@@ -113,7 +135,8 @@ std::optional<DatItem> DatReader::read_item() {
     if (marker == HeaderMarker) return read_header();
     if (marker == ConfigurationMarker) return read_configuration();
     if (marker == UnfinishedMarker) return skip_unfinished();
-    if (is_pending_marker(marker)) return read_pending(marker);
+    if (const auto bits = std::bit_cast<std::uint32_t>(marker); may_mark(bits))
+        return read_pending(bits);
     if (marker == 0) skip_filler();
     return std::nullopt;
 }
@@ -123,17 +146,13 @@ void DatReader::skip_filler() {
     while (end_ - begin_ >= EntrySize && read_field<std::uint32_t>(at()) == 0) begin_ += EntrySize;
 }
 
-// Whether what stands here, behind zeros, is the rest of records that a loss of power took the
-// beginning of: inside a block, zeros that end where a page does are no filler, and what follows
-// them begins somewhere in a record.
-bool DatReader::behind_lost_page(float marker) {
-    if (marker == 0) return false;
-    const std::uint64_t into_page = position() % PageSize;
-    if (into_page != 0 && into_page <= PageSize - EntrySize) return false;
+// Whether what stands here, behind zeros that begin at `filler`, is the rest of records that a loss
+// of power took the beginning of: inside a block, over the end of a page, and no record or run.
+bool DatReader::behind_lost_page(std::uint64_t filler) {
+    const std::uint64_t last = position() + EntrySize - 1;
+    if (filler / PageSize == last / PageSize) return false;
     if ((position() - std::min(position(), blocks_begin_)) % BlockSize == 0) return false;
-    if (marker == HeaderMarker) return !run_begins_here();
-    if (marker == DataMarker) return record_here(true) == 0;
-    return !is_pending_marker(marker);
+    return !run_begins_here() && record_here(false) == 0;
 }
 
 DatItem DatReader::read_header() {
@@ -204,17 +223,16 @@ DatItem DatReader::read_data() {
 }
 
 // A record that was not yet on the disk: as a whole when its check sum is right.
-std::optional<DatItem> DatReader::read_pending(float marker) {
+std::optional<DatItem> DatReader::read_pending(std::uint32_t marker) {
     const std::uint64_t begin = position();
     const DatItem item = read_data();
-    pending_ = true;
-    const bool whole = item == DatItem::Data || item == DatItem::Corrupt ||
-                       (item == DatItem::Damaged && position() > begin);
-    if (whole && std::bit_cast<std::uint32_t>(pending_marker(sum())) ==
-                     std::bit_cast<std::uint32_t>(marker))
+    if (position() > begin && marks(marker, sum())) {
+        pending_ = true;
         return item;
+    }
     skip_to(begin);
-    return skip_unfinished();
+    if ((marker & ~PendingSumMask) == PendingMarkerBits) return skip_unfinished();
+    return std::nullopt;
 }
 
 // Passes over the rest of a block, which a run was ended in while it wrote the record here. Marks
@@ -225,7 +243,8 @@ std::optional<DatItem> DatReader::skip_unfinished() {
     for (std::uint64_t place = item_position_ + EntrySize; place < end; place += EntrySize) {
         skip_to(place);
         if (!have(EntrySize)) break;
-        if (record_here(true) > 0) return DatItem::Damaged;
+        const std::size_t size = record_here(true);
+        if (size > 0 && goes_on_at(place + size)) return DatItem::Damaged;
     }
     unfinished_ = true;
     if (on_unfinished_) on_unfinished_(item_position_);
@@ -235,7 +254,8 @@ std::optional<DatItem> DatReader::skip_unfinished() {
 
 void DatReader::go_to(std::uint64_t position) {
     finished_.reset();
-    in_filler_ = in_header_ = false;
+    filler_at_.reset();
+    in_header_ = false;
     skip_to(position);
 }
 
@@ -252,8 +272,9 @@ bool DatReader::run_begins_here() {
 std::size_t DatReader::record_here(bool finished) {
     constexpr std::size_t Head = DataHeadEntries * EntrySize;
     if (!have(Head)) return 0;
-    const auto marker = read_field<float>(at());
-    if (marker != DataMarker && (finished || !is_pending_marker(marker))) return 0;
+    const auto marker = read_field<std::uint32_t>(at());
+    const bool marked = marker == std::bit_cast<std::uint32_t>(DataMarker);
+    if (!marked && (finished || !may_mark(marker))) return 0;
     const auto count = data_count(read_field<float>(at() + RecordFields));
     if (!count || *count == 0 || !have(Head + bytes_in(*count))) return 0;
     const std::size_t size = Head + bytes_in(*count);
@@ -262,17 +283,17 @@ std::size_t DatReader::record_here(bool finished) {
     if (shape_.fault(read_field<float>(fields.data()), fields.data() + RecordFields, *count) !=
         RecordFault::None)
         return 0;
-    const bool right = marker == DataMarker ||
-                       std::bit_cast<std::uint32_t>(pending_marker(check_sum(fields))) ==
-                           std::bit_cast<std::uint32_t>(marker);
-    return right ? size : 0;
+    return marked || marks(marker, check_sum(fields)) ? size : 0;
 }
 
-// Whether what stands at the current position can follow a record.
-bool DatReader::goes_on_here() {
-    if (!have(EntrySize) || position() == block_end(position() - 1)) return true;
-    const auto marker = read_field<float>(at());
-    return marker == 0 || marker == UnfinishedMarker || record_here(false) > 0 || run_begins_here();
+// Whether what stands at `place` can follow a record: another one, a run, or filler up to there or
+// to the end of the block. The position is then some other one.
+bool DatReader::goes_on_at(std::uint64_t place) {
+    const std::uint64_t end = block_end(place - 1);
+    for (go_to(place); have(EntrySize) && position() < end; go_to(position() + EntrySize))
+        if (const auto marker = read_field<float>(at()); marker != 0)
+            return marker == UnfinishedMarker || record_here(false) > 0 || run_begins_here();
+    return true;
 }
 
 // Behind damage, values can look like a record. One that nothing sensible follows gives way to
@@ -293,8 +314,7 @@ std::uint64_t DatReader::resume() {
         const bool aligned = place >= blocks_begin_ && (place - blocks_begin_) % EntrySize == 0;
         const std::size_t size = aligned ? record_here(false) : 0;
         if (size == 0) continue;
-        go_to(place + size);
-        if (goes_on_here()) {
+        if (goes_on_at(place + size)) {
             go_to(place);
             return place - from;
         }

@@ -80,7 +80,7 @@ class DatReader {
     }
 
     std::uint64_t item_position() const { return item_position_; }
-    std::uint64_t position() const { return base_ + begin_; }  // behind the item
+    std::uint64_t position() const { return base_ + begin_; }     // behind the item
     std::uint64_t blocks_begin() const { return blocks_begin_; }  // of the run
     // Where the block that holds `position` ends.
     std::uint64_t block_end(std::uint64_t position) const;
@@ -98,13 +98,13 @@ class DatReader {
     DatItem read_configuration();
     std::optional<DatItem> read_pod();
     DatItem read_data();
-    std::optional<DatItem> read_pending(float marker);
+    std::optional<DatItem> read_pending(std::uint32_t marker);
     void skip_filler();
-    bool behind_lost_page(float marker);
+    bool behind_lost_page(std::uint64_t filler);
     std::optional<DatItem> skip_unfinished();
     bool run_begins_here();
     std::size_t record_here(bool finished);
-    bool goes_on_here();
+    bool goes_on_at(std::uint64_t place);
 
     File& file_;
     std::size_t buffer_size_;
@@ -118,8 +118,8 @@ class DatReader {
     RunHeader header_;
     RecordShape shape_;
     std::uint32_t header_sum_ = 0;
-    bool in_header_ = false;  // the last item was one
-    bool in_filler_ = false;  // the last single was 0
+    bool in_header_ = false;                  // the last item was one
+    std::optional<std::uint64_t> filler_at_;  // where the zeros in front of the position begin
     float time_ = 0;
     int count_ = 0;
     const char* values_ = nullptr;

@@ -30,7 +30,7 @@ class EventYears {
 
     std::int32_t first_year(std::int32_t month) const;
 
-    std::int32_t latest_ = 0;  // months since the year 0
+    std::int32_t latest_ = 0;                  // months since the year 0
     std::array<PodTime, MaxZavs + 1> pods_{};  // the last one for whatever is no pod
 };
 

@@ -13,10 +13,10 @@
 namespace kavorix {
 
 struct LogCheck {
-    bool Present = false;            // there are sums; without, nothing is known
-    std::uint64_t Records = 0;       // on the file, and named by the sums beside that
-    std::uint64_t Verified = 0;      // of them
-    std::uint64_t Uncovered = 0;     // on the file without a sum
+    bool Present = false;             // there are sums; without, nothing is known
+    std::uint64_t Records = 0;        // on the file, and named by the sums beside that
+    std::uint64_t Verified = 0;       // of them
+    std::uint64_t Uncovered = 0;      // on the file without a sum
     std::vector<std::string> Faults;  // the first ones, as sentences without their full stop
     std::uint64_t FaultCount = 0;
 

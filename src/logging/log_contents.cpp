@@ -65,8 +65,8 @@ bool is_run(File& file, std::uint64_t position) {
            reader.next() == DatItem::Configuration;
 }
 
-// The next header behind the blocks of the run that begins at `run`. Blocks are passed over whole as
-// long as what stands at their beginnings is what blocks begin with.
+// The next header behind the blocks of the run that begins at `run`. Blocks are passed over whole
+// as long as what stands at their beginnings is what blocks begin with.
 std::uint64_t next_run(File& file, std::uint64_t run, std::uint64_t first_block) {
     const std::uint64_t size = file.size();
     for (std::uint64_t block = first_block; block < size; block += BlockSize) {

@@ -139,7 +139,8 @@ LogFile::Run LogFile::begin_run(const std::string& path, const RunHeader& header
 void LogFile::write_header(Run& run, const std::string& path, std::uint64_t begin,
                            const std::string& bytes) {
     const std::string marker = bytes.substr(0, EntrySize);
-    run.file->write_at(begin, std::string(bytes_of(&UnfinishedMarker, 1)) + bytes.substr(EntrySize));
+    run.file->write_at(begin,
+                       std::string(bytes_of(&UnfinishedMarker, 1)) + bytes.substr(EntrySize));
     run.file->sync();
     run.file->write_at(begin, marker);
     run.file->sync();

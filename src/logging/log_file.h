@@ -40,8 +40,7 @@ class LogFile {
         RunTime& run_time;
     };
     static constexpr int UsualSyncInterval_ms = 500;
-    explicit LogFile(const Surroundings& surroundings,
-                     int sync_interval_ms = UsualSyncInterval_ms)
+    explicit LogFile(const Surroundings& surroundings, int sync_interval_ms = UsualSyncInterval_ms)
         : with_(surroundings), sync_interval_ms_(sync_interval_ms) {}
 
     // Called with a sentence for the operator about what does not end a log: a pod that answers

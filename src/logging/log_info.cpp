@@ -181,7 +181,9 @@ std::string damage_text(const LogDamage& damage) {
 // Gathers what the items of a log tell.
 class InfoReader {
   public:
-    InfoReader(File& file, File* sums) : reader_(file), verifier_(sums) { info_.Size = file.size(); }
+    InfoReader(File& file, File* sums) : reader_(file), verifier_(sums) {
+        info_.Size = file.size();
+    }
 
     LogInfo read() {
         DatItem item{};

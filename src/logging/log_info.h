@@ -43,8 +43,8 @@ struct LogDamage {
 struct LogInfo {
     std::vector<RunInfo> Runs;  // the first MostRuns
     std::uint64_t RunCount = 0;
-    std::uint64_t Size = 0;            // bytes
-    std::vector<LogDamage> Damages;    // the first MostDamages
+    std::uint64_t Size = 0;          // bytes
+    std::vector<LogDamage> Damages;  // the first MostDamages
     std::uint64_t DamageCount = 0;
     std::uint64_t Skipped = 0;  // bytes in all of them
     bool Unfinished = false;    // a run was ended in the middle of a record, which does not count

@@ -10,8 +10,8 @@
 namespace kavorix {
 
 struct LogRepair {
-    bool Needed = false;   // else the log is as it was
-    std::string Copy;      // of the log as it was; its check sums stand beside it
+    bool Needed = false;     // else the log is as it was
+    std::string Copy;        // of the log as it was; its check sums stand beside it
     std::uint64_t Runs = 0;  // in the mended log
     std::uint64_t Records = 0;
     std::uint64_t DamagedParts = 0;  // passed over, with so many bytes

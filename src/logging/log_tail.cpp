@@ -119,7 +119,8 @@ class LogEnd {
     // A file that ends inside a record: as it may when a run is interrupted, or in another way.
     std::uint64_t behind_cut(const DatReader& reader) {
         const std::uint64_t place = in_header_ ? header_ : reader.item_position();
-        const bool block_begins = has_run_ ? reader.block_end(place) - place == BlockSize : place == 0;
+        const bool block_begins =
+            has_run_ ? reader.block_end(place) - place == BlockSize : place == 0;
         if (block_begins && torn_header(place)) return cut_off(place);
         const std::uint64_t end = reader.block_end(place);
         const auto longest =

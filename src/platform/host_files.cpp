@@ -184,7 +184,8 @@ class HostFiles : public Files {
             if (error) return path;
             target = next.is_absolute() ? next : target.parent_path() / next;
         }
-        const auto plain = std::filesystem::weakly_canonical(std::filesystem::absolute(target), error);
+        const auto plain =
+            std::filesystem::weakly_canonical(std::filesystem::absolute(target), error);
         return error ? path : plain.string();
     }
     std::unique_ptr<File> create_beside(const std::string& path, std::string& name) override {
@@ -224,8 +225,9 @@ class HostFiles : public Files {
         struct stat status {};
         if (::stat(path.c_str(), &status) != 0) {
             const std::string directory = directory_of(path);
-            if (::access(directory.empty() ? (path.starts_with('/') ? "/" : ".") : directory.c_str(),
-                         W_OK | X_OK) != 0)
+            if (::access(
+                    directory.empty() ? (path.starts_with('/') ? "/" : ".") : directory.c_str(),
+                    W_OK | X_OK) != 0)
                 fail("Creating", path);
             return;
         }

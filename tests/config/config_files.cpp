@@ -184,7 +184,7 @@ TEST_F(ConfigFilesTest, FoldersReadOnlyAndSpecialFilesAndMissingFoldersAreRefuse
     for (const char* name : {"folder.CFG", "device.CFG", "read.CFG", "missing/a.CFG"}) {
         configuration_.ConfigFileName = path(name);
         EXPECT_EQ(config_files_.save_file(0), 0);
-        EXPECT_NE(config_files_.save_failure().value_or("").find(path("")), std::string::npos);
+        EXPECT_TRUE(config_files_.save_failure()) << name;
         EXPECT_EQ(configuration_.ConfigChanged, 1);
     }
     EXPECT_EQ(dialogs_.take_boxes().size(), 4u);
@@ -209,10 +209,8 @@ TEST_F(ConfigFilesTest, OpeningStopsWhenTheSaveBeforeItFails) {
 TEST_F(ConfigFilesTest, FolderAsFileNameIsReported) {
     std::filesystem::create_directory(path("A.CFG"));
     EXPECT_THROW(open("A.CFG"), ProgramEnded);
-    EXPECT_EQ(failures_.reports,
-              (std::vector<std::string>{
-                  "21 confact/save_file: Renaming to \"" + path("A.CFG") + "\": Is a directory",
-                  "21 confact/open_file: Opening \"" + path("A.CFG") + "\": Is a directory"}));
+    EXPECT_EQ(failures_.reports, (std::vector<std::string>{"21 confact/open_file: Opening \"" +
+                                                           path("A.CFG") + "\": Is a directory"}));
     EXPECT_EQ(names(), (Names{"A.CFG"}));
 }
 

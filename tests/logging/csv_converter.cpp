@@ -192,13 +192,19 @@ TEST_F(CsvConverterTest, PodsOfAllRunsAreColumnsInOrderOfAppearance) {
                     "\"05-01-26\",\"00:00:00\",003,53,54,,"));
 }
 
-// A record uses exactly its count of singles: with fewer, with more, with pods that the run does not
-// name, or in another order, none of its values can be trusted.
+// A record uses exactly its count of singles: with fewer, with more, with pods that the run does
+// not name, or in another order, none of its values can be trusted.
 TEST_F(CsvConverterTest, ARecordThatDoesNotAddUpMakesTheFileCorrupt) {
-    const std::vector<std::vector<float>> wrong = {
-        {3, 1},          {3, 1, 2, 5},          {3, 1, 2, 5, 1, 2}, {5, 1, 2},
-        {3, 1, 2, 9},    {3, 1, 2, 7, 1, 2, 3}, {7, 3, 2, 1},       {5, 1, 2, 3, 3, 1, 2},
-        {3, 1, 2, 3, 1, 2}, {3, 1, 2, 5, 1, 2, 3, 5}};
+    const std::vector<std::vector<float>> wrong = {{3, 1},
+                                                   {3, 1, 2, 5},
+                                                   {3, 1, 2, 5, 1, 2},
+                                                   {5, 1, 2},
+                                                   {3, 1, 2, 9},
+                                                   {3, 1, 2, 7, 1, 2, 3},
+                                                   {7, 3, 2, 1},
+                                                   {5, 1, 2, 3, 3, 1, 2},
+                                                   {3, 1, 2, 3, 1, 2},
+                                                   {3, 1, 2, 5, 1, 2, 3, 5}};
     for (const auto& values : wrong) {
         DatBuilder log;
         log.run(ScanLog, "", Date, {logged_pod(3, 2), logged_pod(5, 3)});
@@ -216,14 +222,15 @@ TEST_F(CsvConverterTest, SalvageGoesOnWithTheNextRecordOrRunThatMakesSense) {
     plan.Salvage = true;
     DatBuilder log;
     log.run(ScanLog, "", Date, {logged_pod(3, 2)}).data(1, {3, 1, 2}).data(2, {3, 1, 2, 5});
-    log.data(3, {3, 3, 4}).singles({DataMarker, 4, 1E9F, 3, 3, 3}).data(5, {3, 5, 6}).filler(3);
-    log.run(ScanLog, "", Date, {logged_pod(4, 1), logged_pod(4, 1)}).data(6, {4, 1});
+    log.data(3, {3, 3, 4}).singles({DataMarker, 4, 1E9F, 3, 3, 3});
+    log.data(5, {3, 5, 6}).data(6, {3, 5, 6}).filler(3);
+    log.run(ScanLog, "", Date, {logged_pod(4, 1), logged_pod(4, 1)}).data(7, {4, 1});
     log.bytes += "xyz";  // the last run stands at an odd place
-    log.run(ScanLog, "", Date, {logged_pod(3, 2)}).data(7, {3, 7, 8});
+    log.run(ScanLog, "", Date, {logged_pod(3, 2)}).data(8, {3, 7, 8});
     const CsvResult result = convert(log.bytes).result;
     EXPECT_EQ(result.End, CsvEnd::Done);
     EXPECT_FALSE(result.whole());
-    EXPECT_EQ(result.Rows, 4u);
+    EXPECT_EQ(result.Rows, 5u);
     EXPECT_EQ(result.DamagedParts, 3u);
     // One record, another and what looks like one, a configuration with its record and the rest.
     EXPECT_EQ(result.Skipped, 7 * EntrySize + 6 * EntrySize + (10 + 2 * 26 + 5 * EntrySize + 3));
@@ -292,12 +299,14 @@ TEST_F(CsvConverterTest, TheYearOfAnEventFollowsItsPod) {
         log.run(EventLog, "", row.start, {logged_pod(1, 2), logged_pod(2, 1), logged_pod(3, 1)});
         std::vector<std::string> expected;
         for (const auto& [pod, month, year] : row.events) {
-            log.data(0, {static_cast<float>(pod), 0, static_cast<float>(150001 + month * 100), 0, 0});
+            log.data(0,
+                     {static_cast<float>(pod), 0, static_cast<float>(150001 + month * 100), 0, 0});
             expected.push_back("\"15-" + std::string(month < 10 ? "0" : "") +
                                std::to_string(month) + "-" + std::to_string(year));
         }
         std::vector<std::string> dates;
-        for (const std::string& line : convert(log.bytes).rows()) dates.push_back(line.substr(0, 11));
+        for (const std::string& line : convert(log.bytes).rows())
+            dates.push_back(line.substr(0, 11));
         EXPECT_EQ(dates, expected) << row.start;
     }
     // An event without a column counts, too.

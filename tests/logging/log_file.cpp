@@ -122,10 +122,11 @@ TEST_F(LogFileTest, AScanRecordHoldsTheNewDataOfThePods) {
     EXPECT_EQ(rig.status(9).StreamNew[ReadingStream], 0);
     rig.write(ScanLog, 1000);
 
-    EXPECT_THAT(scans().records,
-                ElementsAre(RecordRead{80000496, {2, 1.5F, 1, 1, 1, 1, 1, 1, 1, 1, 1, 9, 0.123457F,
-                                                  ErrorReading, 1, 1, 1, 1, 1, 1, 1, 1}},
-                            RecordRead{80001504, {}}));  // 8:00:00.500 and 8:00:01.500 as singles
+    EXPECT_THAT(
+        scans().records,
+        ElementsAre(RecordRead{80000496, {2,         1.5F,         1, 1, 1, 1, 1, 1, 1, 1, 1, 9,
+                                          0.123457F, ErrorReading, 1, 1, 1, 1, 1, 1, 1, 1}},
+                    RecordRead{80001504, {}}));  // 8:00:00.500 and 8:00:01.500 as singles
     EXPECT_EQ(state().LogBusy, 0);
 }
 

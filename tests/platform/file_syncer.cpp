@@ -81,8 +81,7 @@ TEST(FileSyncer, MarksOfWritesDuringASyncWaitForTheNext) {
     file.hold(true);
     syncer.written('a', "a");
     file.wait_for("s");
-    for (const char* mark : {"b", "c"})
-        syncer.written(static_cast<std::uint64_t>(*mark), mark);
+    for (const char* mark : {"b", "c"}) syncer.written(static_cast<std::uint64_t>(*mark), mark);
     EXPECT_EQ(file.done(), "s");
     file.hold(false);
     file.wait_for("sassbcs");

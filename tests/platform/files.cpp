@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <functional>
+#include <iterator>
 #include <system_error>
 
 #include "support/memory_files.h"
@@ -143,6 +145,108 @@ TEST_P(FilesContract, ReplacingPutsTheWholeContentInPlace) {
     EXPECT_EQ(get("b"), "");
 }
 
+// A lock holds a file under all of its names until it is given back, against everybody.
+TEST_P(FilesContract, ALockIsHeldOnce) {
+    put("a", "1");
+    auto lock = files_->lock(path("a"));
+    try {
+        files_->lock(path("a"));
+        ADD_FAILURE() << "locked twice";
+    } catch (const FileInUse& failure) {
+        EXPECT_EQ(std::string(failure.what()).find("\"" + path("a") + "\" is used by this program"),
+                  0u)
+            << failure.what();
+    }
+    EXPECT_EQ(failure_of([&] { replace_file(*files_, path("a"), "2"); }),
+              std::errc::device_or_resource_busy);
+    EXPECT_EQ(get("a"), "1");
+    lock.reset();
+    replace_file(*files_, path("a"), "2");
+    EXPECT_EQ(get("a"), "2");
+    EXPECT_EQ(failure_of([&] { files_->lock(path("none")); }),
+              std::errc::no_such_file_or_directory);
+}
+
+// The same file is the same file on the disk, whatever it is called.
+TEST(HostFiles, TheSameFileIsKnownByAllItsNames) {
+    const test::TemporaryDirectory own;
+    const auto files = make_host_files();
+    files->make_directories(own / "real");
+    std::filesystem::create_directory_symlink(own / "real", own / "folder");
+    files->open(own / "real/a", OpenMode::Create);
+    files->open(own / "real/b", OpenMode::Create);
+    std::filesystem::create_hard_link(own / "real/a", own / "hard");
+    std::filesystem::create_symlink("real/a", own / "soft");
+    std::filesystem::create_symlink("real/new", own / "dangling");
+    const struct {
+        const char* a;
+        const char* b;
+        bool same;
+    } rows[] = {{"real/a", "folder/a", true},     {"real/a", "real/../real/./a", true},
+                {"real/a", "hard", true},         {"soft", "hard", true},
+                {"real/a", "real/b", false},      {"real/a", "real/none", false},
+                {"real/new", "folder/new", true}, {"dangling", "folder/new", true},
+                {"real/new", "real/other", false}};
+    for (const auto& row : rows)
+        EXPECT_EQ(files->same_file(own / row.a, own / row.b), row.same) << row.a << " " << row.b;
+    const auto lock = files->lock(own / "soft");
+    EXPECT_THROW(files->lock(own / "folder/a"), FileInUse);
+    const auto folder = files->lock(own / "real");
+    EXPECT_THROW(files->lock(own / "folder"), FileInUse);
+    EXPECT_NO_THROW(files->lock("/dev/null"));
+}
+
+TEST(HostFiles, AReplacedFileKeepsItsModeAndItsLinks) {
+    using std::filesystem::perms;
+    const test::TemporaryDirectory own;
+    const auto files = make_host_files();
+    const auto mode = [](const std::string& path) {
+        return std::filesystem::status(path).permissions();
+    };
+    files->open(own / "a", OpenMode::Create);
+    std::filesystem::create_symlink("a", own / "link");
+    std::filesystem::create_symlink("later", own / "dangling");
+    const auto usual = mode(own / "a");
+    for (const auto wanted : {perms(0600), perms(0640), perms(0777)}) {
+        std::filesystem::permissions(own / "a", wanted);
+        replace_file(*files, own / "link", "text");
+        EXPECT_EQ(mode(own / "a"), wanted);
+        EXPECT_TRUE(std::filesystem::is_symlink(own / "link"));
+        EXPECT_EQ(read_all(*files, own / "a"), "text");
+    }
+    replace_file(*files, own / "dangling", "new");
+    EXPECT_EQ(read_all(*files, own / "later"), "new");
+    EXPECT_EQ(mode(own / "later"), usual);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(own.path()), {}), 4);
+}
+
+// What a new content cannot take the place of is refused before anything is written.
+TEST(HostFiles, ReadOnlyAndSpecialFilesAreNotReplaced) {
+    const test::TemporaryDirectory own;
+    const auto files = make_host_files();
+    files->open(own / "read-only", OpenMode::Create)->write("kept");
+    std::filesystem::permissions(own / "read-only", std::filesystem::perms::owner_read);
+    std::filesystem::create_symlink("/dev/full", own / "device");
+    files->make_directories(own / "folder");
+    const std::pair<const char*, std::errc> rows[] = {
+        {"read-only", std::errc::permission_denied},
+        {"device", std::errc::invalid_argument},
+        {"folder", std::errc::is_a_directory},
+        {"none/a", std::errc::no_such_file_or_directory}};
+    for (const auto& [name, reason] : rows) {
+        try {
+            replace_file(*files, own / name, "text");
+            ADD_FAILURE() << name;
+        } catch (const std::system_error& failure) {
+            EXPECT_EQ(failure.code(), reason) << failure.what();
+        }
+    }
+    EXPECT_EQ(read_all(*files, own / "read-only"), "kept");
+    EXPECT_EQ(files->kind(own / "device"), FileKind::Special);
+    EXPECT_EQ(files->kind(own / "folder"), FileKind::Directory);
+    EXPECT_EQ(files->kind(own / "none"), FileKind::Missing);
+}
+
 TEST(HostFiles, FailuresNameTheOperationAndThePath) {
     const auto files = make_host_files();
     const auto message_of = [](const std::function<void()>& action) -> std::string {
@@ -175,9 +279,9 @@ TEST(HostFiles, DirectoriesAreMadeWithTheirParents) {
 TEST(ReplaceFile, SyncsBeforeItRenames) {
     MemoryFiles files;
     replace_file(files, "/d/a", "content");
-    EXPECT_EQ(files.log, (std::vector<std::string>{"create /d/a.new", "write /d/a.new",
-                                                   "sync /d/a.new", "close /d/a.new",
-                                                   "rename /d/a.new /d/a", "sync directory /d"}));
+    EXPECT_EQ(files.log,
+              (std::vector<std::string>{"create /d/a.new", "write /d/a", "sync /d/a", "close /d/a",
+                                        "rename /d/a.new /d/a", "sync directory /d"}));
     EXPECT_EQ(files.synced("/d/a"), "content");
 }
 
@@ -186,9 +290,9 @@ TEST(ReplaceFile, TheOldFileSurvivesEveryFailure) {
         SCOPED_TRACE(failure);
         MemoryFiles files;
         files.put("/d/a", "old");
-        if (failure == 0) files.refuse("/d/a.new");
+        if (failure == 0) files.refuse("/d/a");
         if (failure == 1) files.space = 3;
-        if (failure == 2) files.refuse("/d/a");
+        if (failure == 2) files.sync_failure = EIO;
         EXPECT_THROW(replace_file(files, "/d/a", "new content"), std::system_error);
         EXPECT_EQ(files.content("/d/a"), "old");
         EXPECT_EQ(files.paths(), (std::vector<std::string>{"/d/a"}));

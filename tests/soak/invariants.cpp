@@ -306,12 +306,14 @@ void Invariants::record_completed(const std::string& path, std::uint64_t offset)
     expect(offset == log.next_at || next_block, Rule::LogsStayWhole,
            place + between("position", static_cast<long long>(log.next_at),
                            static_cast<long long>(offset)));
-    expect(single(0) == DataMarker || is_pending_marker(single(0)), Rule::LogsStayWhole, place + "no marker");
+    expect(single(0) == DataMarker || is_pending_marker(single(0)), Rule::LogsStayWhole,
+           place + "no marker");
     const float time = expected_time();
     expect(
         single(1) == time, Rule::LogTimesGoOn,
         place + between("time", static_cast<long long>(time), static_cast<long long>(single(1))));
-    const std::vector<float> values = log.kind == ScanLog ? expected_scan(log) : expected_events(log);
+    const std::vector<float> values =
+        log.kind == ScanLog ? expected_scan(log) : expected_events(log);
     const auto count = static_cast<long long>(single(2));
     expect(count == static_cast<long long>(values.size()), Rule::LoggedValuesAreTheTwins,
            place + between("count", static_cast<long long>(values.size()), count));
