@@ -36,7 +36,7 @@ _kavorix_value() {
 
 _kavorix() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
-    local commands="discover watch log status convert info plot check show statements rewrite verify"
+    local commands="discover watch log status convert info repair plot check show statements rewrite verify"
     local common="-h --help --network --driver --directory --theme"
     local command="" own="" i
     COMPREPLY=()
@@ -48,7 +48,7 @@ _kavorix() {
         watch) own="--pods --config --duration" ;;
         log) own="--pods --config --scans --events --interval --comment --duration --speed" ;;
         status) own="--pods" ;;
-        convert) own="-o --channels --force" ;;
+        convert) own="-o --channels --force --salvage" ;;
         plot) own="-o --channels" ;;
         check) own="--locate --log" ;;
         show) own="--pod" ;;
@@ -57,7 +57,7 @@ _kavorix() {
     case $command,$current in
         *,-*) _kavorix_words "$own $common" ;;
         ,*) _kavorix_words "$commands" ;;
-        convert,* | info,* | plot,*) _kavorix_files DAT ;;
+        convert,* | info,* | repair,* | plot,*) _kavorix_files DAT ;;
         check,* | show,* | statements,* | rewrite,* | verify,*) _kavorix_files CFG ;;
     esac
 }

@@ -1,6 +1,7 @@
 #include "logging/log_check.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace kavorix {
 
@@ -47,6 +48,9 @@ void LogVerifier::take(DatItem item, const DatReader& reader) {
         take_record(reader);
     } else if (item == DatItem::End) {
         end_run();
+        sums_->begin_run(std::numeric_limits<std::uint64_t>::max());
+        if (const std::uint64_t runs = sums_->runs_passed_over(); runs > 0)
+            add_fault(counted(runs, "run", "is", "are") + " missing that the check sums tell of");
     }
 }
 

@@ -170,7 +170,11 @@ std::optional<std::uint32_t> SumReader::begin_run(std::uint64_t position) {
     unsynced_.reset();
     while (auto line = next_line()) {
         const auto run = run_in(*line);
-        if (!run || run->position < position) continue;
+        if (!run) continue;
+        if (run->position < position) {
+            ++passed_over_;
+            continue;
+        }
         if (run->position > position) {
             held_ = std::move(line);
             return std::nullopt;

@@ -53,7 +53,8 @@ class SumReader {
     explicit SumReader(File& file);
 
     // Goes to the run that begins at `position` of the log. Its header's sum; nothing when the file
-    // does not tell of it. Positions ascend from call to call.
+    // does not tell of it. Positions ascend from call to call; runs in between are passed over and
+    // counted.
     std::optional<std::uint32_t> begin_run(std::uint64_t position);
 
     // The sums of the run's next records, as far as they are looked at: at least `count` of them,
@@ -62,6 +63,7 @@ class SumReader {
 
     // Of the current run, once its sums are at an end: where the disk failed.
     std::optional<std::uint64_t> unsynced() const { return unsynced_; }
+    std::uint64_t runs_passed_over() const { return passed_over_; }
 
   private:
     bool fill();
@@ -76,6 +78,7 @@ class SumReader {
     bool in_run_ = false;
     std::deque<std::uint32_t> ahead_;
     std::optional<std::uint64_t> unsynced_;
+    std::uint64_t passed_over_ = 0;
 };
 
 }  // namespace kavorix

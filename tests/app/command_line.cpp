@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "app/output.h"
 #include "app/terminal_run.h"
 
 namespace kavorix::test {
@@ -319,6 +320,52 @@ TEST(Convert, AsksForForceAndForFewerColumns) {
     EXPECT_EQ(run({"convert", log, "--force", "--channels", "9/1"}).exit_code, ExitUsage);
     EXPECT_EQ(run({"convert", run.file("no.DAT", "nothing")}).exit_code, ExitUsage);
     EXPECT_EQ(run({"convert", run.path("missing.DAT")}).exit_code, ExitUsage);
+}
+
+// A log is verified, salvaged and mended; nothing harms it, whatever the text is called.
+TEST(Convert, AndInfoAndRepairKeepTheLogAndNameItsDamage) {
+    const TerminalRun run;
+    const std::string log = run.path("a.DAT");
+    run({"log", "--network", run.file("two.toml", TwoPods), "--pods", "3", "--scans", log,
+         "--comment", "Kiln \x1B", "--duration", "10s", "--speed", "max"});
+    const std::string whole = run.read("a.DAT");
+    EXPECT_NE(run({"convert", log}).messages.find("records verified"), std::string::npos);
+    const Outcome info = run({"info", log});
+    EXPECT_EQ(info.exit_code, ExitDone);
+    EXPECT_NE(info.out.find(": Kiln ?\n"), std::string::npos) << info.out;
+    std::filesystem::create_symlink("a.DAT", run.path("link.CSV"));
+    EXPECT_EQ(run({"convert", log, "-o", run.path("link.CSV"), "--force"}).exit_code, ExitUsage);
+    EXPECT_EQ(run.read("a.DAT"), whole);
+    EXPECT_EQ(run({"repair", log}).out, "There is nothing to mend.\n");
+
+    std::string damaged = whole;
+    const std::size_t count = damaged.find(std::string("\x00\x00\xA8\x41", 4));  // 21 singles
+    ASSERT_NE(count, std::string::npos);
+    damaged[count + 3] = 'x';
+    run.file("a.DAT", damaged);
+    EXPECT_EQ(run({"info", log}).exit_code, ExitFailed);
+    EXPECT_EQ(run({"convert", log, "--force"}).exit_code, ExitFailed);
+    EXPECT_NE(run({"convert", log, "--force", "--salvage"}).messages.find("is damaged in 1 place"),
+              std::string::npos);
+    const Outcome mended = run({"repair", log});
+    EXPECT_EQ(mended.exit_code, ExitDone);
+    EXPECT_EQ(mended.out.find("The log as it was: " + log + ".damaged\n"), 0u) << mended.out;
+    EXPECT_EQ(run.read("a.DAT.damaged"), damaged);
+    EXPECT_EQ(run({"info", log}).exit_code, ExitDone);
+}
+
+TEST(Output, ShowsNoControlCharactersAndTellsWhatCouldNotBeWritten) {
+    EXPECT_EQ(for_terminal("a\tb\n\x1B[2J\x7F\x9B\xC2\x9B|\xC3\xA4|\xE2\x82\xAC|\xE2\x82"),
+              "a\tb\n?[2J???|\xC3\xA4|\xE2\x82\xAC|??");
+    std::ostringstream out;
+    std::ostringstream messages;
+    for (const int code : {ExitDone, ExitFailed, ExitUsage})
+        EXPECT_EQ(after_output(out, messages, code), code);
+    EXPECT_EQ(messages.str(), "");
+    out.setstate(std::ios::badbit);
+    EXPECT_EQ(after_output(out, messages, ExitDone), ExitFailed);
+    EXPECT_EQ(after_output(out, messages, ExitUsage), ExitUsage);
+    EXPECT_NE(messages.str(), "");
 }
 
 }  // namespace kavorix::test
