@@ -9,8 +9,8 @@
 #include <string>
 #include <system_error>
 
-#include "platform/file_holder.h"
 #include "platform/files.h"
+#include "platform/host_file_holder.h"
 
 namespace kavorix {
 

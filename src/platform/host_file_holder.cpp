@@ -1,4 +1,4 @@
-#include "platform/file_holder.h"
+#include "platform/host_file_holder.h"
 
 #include <sys/sysmacros.h>
 #include <unistd.h>
