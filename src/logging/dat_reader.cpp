@@ -152,7 +152,7 @@ bool DatReader::behind_lost_page(std::uint64_t filler) {
     const std::uint64_t last = position() + EntrySize - 1;
     if (filler / PageSize == last / PageSize) return false;
     if ((position() - std::min(position(), blocks_begin_)) % BlockSize == 0) return false;
-    return !run_begins_here() && record_here(false) == 0;
+    return !run_begins_here() && record_here(Marker::Right) == 0;
 }
 
 DatItem DatReader::read_header() {
@@ -236,15 +236,14 @@ std::optional<DatItem> DatReader::read_pending(std::uint32_t marker) {
 }
 
 // Passes over the rest of a block, which a run was ended in while it wrote the record here. Marks
-// follow each other onto the disk, so a marked record behind one that is not says that a bit was
-// turned.
+// follow each other onto the disk, so a record that is there as a whole, and has a marked one
+// behind it, says that a bit was turned.
 std::optional<DatItem> DatReader::skip_unfinished() {
     const std::uint64_t end = block_end(item_position_);
-    for (std::uint64_t place = item_position_ + EntrySize; place < end; place += EntrySize) {
-        skip_to(place);
-        if (!have(EntrySize)) break;
-        const std::size_t size = record_here(true);
-        if (size > 0 && goes_on_at(place + size)) return DatItem::Damaged;
+    go_to(item_position_);
+    if (const std::size_t size = record_here(Marker::Any); size > 0) {
+        go_to(item_position_ + size);
+        if (record_here(Marker::Final) > 0) return DatItem::Damaged;
     }
     unfinished_ = true;
     if (on_unfinished_) on_unfinished_(item_position_);
@@ -267,14 +266,14 @@ bool DatReader::run_begins_here() {
 }
 
 // The size of the data record of the run that begins at the current position, says something and
-// ends within its block; 0 when there is none. A pending one counts, too, unless it must be
-// finished.
-std::size_t DatReader::record_here(bool finished) {
+// ends within its block; 0 when there is none. Its marker is final, or right: that or a pending
+// one, or any.
+std::size_t DatReader::record_here(Marker needed) {
     constexpr std::size_t Head = DataHeadEntries * EntrySize;
     if (!have(Head)) return 0;
     const auto marker = read_field<std::uint32_t>(at());
-    const bool marked = marker == std::bit_cast<std::uint32_t>(DataMarker);
-    if (!marked && (finished || !may_mark(marker))) return 0;
+    const bool marked = needed == Marker::Any || marker == std::bit_cast<std::uint32_t>(DataMarker);
+    if (!marked && (needed == Marker::Final || !may_mark(marker))) return 0;
     const auto count = data_count(read_field<float>(at() + RecordFields));
     if (!count || *count == 0 || !have(Head + bytes_in(*count))) return 0;
     const std::size_t size = Head + bytes_in(*count);
@@ -292,7 +291,8 @@ bool DatReader::goes_on_at(std::uint64_t place) {
     const std::uint64_t end = block_end(place - 1);
     for (go_to(place); have(EntrySize) && position() < end; go_to(position() + EntrySize))
         if (const auto marker = read_field<float>(at()); marker != 0)
-            return marker == UnfinishedMarker || record_here(false) > 0 || run_begins_here();
+            return marker == UnfinishedMarker || record_here(Marker::Right) > 0 ||
+                   run_begins_here();
     return true;
 }
 
@@ -312,7 +312,7 @@ std::uint64_t DatReader::resume() {
         }
         if (run_begins_here()) return place - from;
         const bool aligned = place >= blocks_begin_ && (place - blocks_begin_) % EntrySize == 0;
-        const std::size_t size = aligned ? record_here(false) : 0;
+        const std::size_t size = aligned ? record_here(Marker::Right) : 0;
         if (size == 0) continue;
         if (goes_on_at(place + size)) {
             go_to(place);

@@ -103,7 +103,8 @@ class DatReader {
     bool behind_lost_page(std::uint64_t filler);
     std::optional<DatItem> skip_unfinished();
     bool run_begins_here();
-    std::size_t record_here(bool finished);
+    enum class Marker { Any, Right, Final };
+    std::size_t record_here(Marker needed);
     bool goes_on_at(std::uint64_t place);
 
     File& file_;

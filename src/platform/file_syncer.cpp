@@ -25,19 +25,15 @@ void FileSyncer::written(std::uint64_t offset, std::string_view mark) {
     changed_.notify_one();
 }
 
-void FileSyncer::end_thread() {
-    if (!thread_.joinable()) return;
-    {
-        const std::lock_guard lock(mutex_);
-        ending_ = true;
-    }
-    changed_.notify_one();
-    thread_.join();
-}
-
 void FileSyncer::finish() {
-    end_thread();
-    if (!failure_ && std::exchange(written_, false)) failure_ = settle(std::exchange(marks_, {}));
+    if (thread_.joinable()) {
+        {
+            const std::lock_guard lock(mutex_);
+            ending_ = true;
+        }
+        changed_.notify_one();
+        thread_.join();
+    }
     if (failure_) std::rethrow_exception(failure_);
 }
 
@@ -58,7 +54,7 @@ void FileSyncer::run() {
     std::unique_lock lock(mutex_);
     while (!failure_) {
         changed_.wait(lock, [this] { return written_ || ending_; });
-        if (ending_) return;
+        if (!written_) return;
         written_ = false;
         const std::vector<Mark> marks = std::exchange(marks_, {});
         lock.unlock();

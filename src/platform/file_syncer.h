@@ -46,7 +46,6 @@ class FileSyncer {
     };
 
     void run();
-    void end_thread();
     std::exception_ptr settle(const std::vector<Mark>& marks);
 
     File& file_;
