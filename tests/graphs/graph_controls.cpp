@@ -183,7 +183,8 @@ const Scene Scenes[] = {
      "50..60 s, 0..1; 39..99 s, -2..2, following"},
     {"dragging takes the graph along", "rows 100; mark 50 60 0 1; drag 2; lift 0.25; view?",
      "48..58 s, -0.25..0.75"},
-    {"the wheel zooms values", "turn 1 -2; view?", "0..60 s, -2..1.2, following"},
+    {"the wheel zooms values", "drawn?; turn 1 -2; view?; drawn?; lift 1; drawn?",
+     "yes; 0..60 s, -2..1.2, following; yes; yes"},
     {"keys move it by a tenth, by four fifths",
      "rows 100; mark 50 60 0 10; key left; view?; key right; key page-right; view?; key page-left; "
      "key up; view?; "
@@ -198,8 +199,8 @@ const Scene Scenes[] = {
     {"cursors come into the view at its thirds, and read every channel",
      "cursors?; rows 31 0.5; tick Cursors; cursors?; tick Cursors; cursors?",
      "none; Time|0:00:10.0|0:00:20.0|10 s| One|10|20|10| Two|0.5|0.5|0| ; none"},
-    {"by the clock too", "rows 31; tick Clock; tick Cursors; cursors?",
-     "Clock|08:00:10.0|08:00:20.0|10 s| One|10|20|10| Two|0|0|0| "},
+    {"by the clock too", "rows 31; drawn?; tick Clock; drawn?; tick Cursors; cursors?",
+     "yes; yes; Clock|08:00:10.0|08:00:20.0|10 s| One|10|20|10| Two|0|0|0| "},
     {"one outside the view comes back into it",
      "rows 100; tick Cursors; tick Cursors; mark 40 52 0 1; tick Cursors; cursors?",
      "Time|0:00:44.0|0:00:48.0|4 s| One|44|48|4| Two|0|0|0| "},
