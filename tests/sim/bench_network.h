@@ -3,7 +3,7 @@
 // A simulated network on a virtual clock, used as a driver's caller would, and scenes that it
 // plays.
 //
-// pod(5, "7V; noise=0; 1 constant offset=2.5; 2-18 absent; fault dead from_s=10") is the scenario
+// pod(5, "7V; noise=0; 1 at 2.5; 2-18 sine; fault dead from_s=10") is the scenario
 // of pod 5: its type, its own keys, what its channels are wired to, a fault. A scene is a row of
 // steps between bars; what its questions find stands in the same order between commas:
 //
@@ -70,7 +70,8 @@ inline std::string pod(int number, const std::string& items) {
                 text += "[[pod.channel]]\nnumber=" + word.substr(0, dash) + "\n";
                 if (dash != std::string::npos) text += "last=" + word.substr(dash + 1) + "\n";
                 words >> word;
-                text += "signal=\"" + word + "\"\n";
+                text += "signal=\"" + (word == "at" ? "constant" : word) + "\"\n";
+                if (word == "at" && words >> word) text += "offset=" + word + "\n";
             }
         }
     }

@@ -60,14 +60,16 @@ TEST(Analog, ASensorIsReadThroughTheModeThatIsSetAutoAsThatModeMeasures) {
     const auto shown = [](double value) { return reading(static_cast<float>(value), 0); };
     expect_signals({
         {"7V", "auto", "1.5 in 100: 1.5, 230 in 200: 230, 230 in 210: 230, 230 in 220: 231"},
-        {"7V", "auto", "650 in 330: 650, -55 in 360: -55, 123 in 400: 123, -123 in 420: -123"},
+        {"7V", "auto",
+         "650 in 330: 650, -55 in 360: -55, 123 in 400: 123, 123 in 410: 123, -123 in 430: -123, "
+         "-123 in 420: -123"},
         {"7V", "auto", "0.012 in 500: 0.012"},
         {"7R", "auto", "1500 in 340: 1500, 650 in 310: 650, 300 in 320: 300, 90 in 380: 90"},
         {"7V", "thermocouple_k", "200 in 101: " + shown(k200) + ", 200 in 330: 200"},
         {"7V", "thermocouple_k", "200 in 320: " + shown(as_j)},
         {"7V", "rtd_100", "100 in 200: 138.51, 0 in 400: 0"},
         {"7V", "rtd_10", "0 in 400: error3, 0 in 421: error1:0.02"},  // 0.1 V at 10 mA
-        {"7V", "resistance", "100 in 400: 0, 100 in 100: 0"},
+        {"7V", "resistance", "100 in 400: 0, 3000 in 400: error1:2, 100 in 100: 0"},
         {"7V", "voltage", "1 in 500: 0.1, 0.05 in 400: error5"},
         {"7V", "current", "0.05 in 100: error1:10, 0.05 in 500: 0.05"},
         {"7S", "voltage", "1 in 600: error12"},
@@ -90,7 +92,7 @@ TEST(Analog, BeyondItsRangeAReadingIsAnOverload) {
 
 TEST(Analog, OpenAndAbsentInputs) {
     expect_readings({
-        {"7S; 1 constant offset=1000 sensor=strain", "CH1MO600;CH1GA'2';CH1OF'0''0.96'", "1100"},
+        {"7S; 1 at 1000 sensor=strain", "CH1MO600;CH1GA'2';CH1OF'0''0.96'", "1100"},
         {"7V; 1 open", "CH1MO100", "0"},
         {"7V; 1 open", "CH1MO500", "0"},
         {"7V; 1 open", "CH1MO200", "error1:25000"},
@@ -109,20 +111,20 @@ TEST(Analog, TheReferenceIsTheAmbientTemperatureOrTheOneToldTo) {
                         thermocouple_volts(Thermocouple::K, 25);
     const auto told = static_cast<float>(*sim::thermocouple_celsius(Thermocouple::K, cold));
     expect_readings({
-        {"7V; ambient=35; 1 constant offset=300", "CH1MO330", "300"},
-        {"7V; ambient=35; 1 constant offset=300", "CH1MO330;TE'35'", "300"},
-        {"7V; ambient=35; 1 constant offset=300", "CH1MO330;TE'25'", reading(told, 0)},
-        {"7V; ambient=35; 1 constant offset=300", "CH1MO330;TE'25';AM", "300"},
-        {"7V; ambient=35; reference=0; 1 constant offset=300", "CH1MO330;TE'0'", "300"},
-        {"7V; ambient=35; 1 constant offset=300", "CH1MO330;UN1;TE'95'", "572"},
-        {"7V; ambient=80; 1 constant offset=300", "CH1MO330", "300"},
-        {"7V; ambient=81; 1 constant offset=300", "CH1MO330", "error4"},
-        {"7V; ambient=-30; 1 constant offset=300", "CH1MO330;TE'-30'", "300"},
-        {"7V; 1 constant offset=300", "CH1MO330;TE'-31'", "error4"},
-        {"7V; ambient=80; 1 constant offset=300", "CH1MO330;UN1;TE'176'", "572"},  // 80 C
-        {"7V; 1 constant offset=300", "CH1MO330;UN1;TE'177'", "error4"},
-        {"7V; 1 constant offset=100", "UN1;CH1MO400", "212"},
-        {"7V; 1 constant offset=100", "UN1;CH1MO200", "100"},  // no temperature
+        {"7V; ambient=35; 1 at 300", "CH1MO330", "300"},
+        {"7V; ambient=35; 1 at 300", "CH1MO330;TE'35'", "300"},
+        {"7V; ambient=35; 1 at 300", "CH1MO330;TE'25'", reading(told, 0)},
+        {"7V; ambient=35; 1 at 300", "CH1MO330;TE'25';AM", "300"},
+        {"7V; ambient=35; reference=0; 1 at 300", "CH1MO330;TE'0'", "300"},
+        {"7V; ambient=35; 1 at 300", "CH1MO330;UN1;TE'95'", "572"},
+        {"7V; ambient=80; 1 at 300", "CH1MO330", "300"},
+        {"7V; ambient=81; 1 at 300", "CH1MO330", "error4"},
+        {"7V; ambient=-30; 1 at 300", "CH1MO330;TE'-30'", "300"},
+        {"7V; 1 at 300", "CH1MO330;TE'-31'", "error4"},
+        {"7V; ambient=80; 1 at 300", "CH1MO330;UN1;TE'176'", "572"},  // 80 C
+        {"7V; 1 at 300", "CH1MO330;UN1;TE'177'", "error4"},
+        {"7V; 1 at 100", "UN1;CH1MO400", "212"},
+        {"7V; 1 at 100", "UN1;CH1MO200", "100"},  // no temperature
     });
     // A quarter of its period after the start the ambient temperature is at its highest: 33 + 3 C.
     BenchNetwork bench(
@@ -135,20 +137,19 @@ TEST(Analog, TheReferenceIsTheAmbientTemperatureOrTheOneToldTo) {
 TEST(Analog, UserThermocouplesAndEquationsAreThoseTold) {
     const std::string one = "UT1'0''0''0''0''20''0''0''0''0''0''0.05''0'";
     const std::string two = "UT2'0''0''0''0''10''0''0''0''0''0''0.1''0'";
-    const char* const both = "7V; 1 constant offset=150; 2 constant offset=60";
+    const char* const both = "7V; 1 at 150; 2 at 60";
     expect_readings({
         {both, "CH1MO390", "error2"},
         {both, one + ";CH1MO3A0", "error2"},
         {both, one + ";" + two + ";CH1MO390;CH2MO3A0", "150 60"},
         {both, one + ";" + two + ";CH1MO3A0;CH2MO390", "150 60"},
-        {"7V; 1 constant offset=2; 2 constant offset=100",
-         "PL1'1''1''1''3''2''1';UN1;CH1MO100;CH1PL1;CH2MO330;CH2PL1",
+        {"7V; 1 at 2; 2 at 100", "PL1'1''1''1''3''2''1';UN1;CH1MO100;CH1PL1;CH2MO330;CH2PL1",
          "73 " + reading(static_cast<float>(std::pow(212., 5) + std::pow(212., 4) +
                                             std::pow(212., 3) + 3 * 212. * 212. + 2 * 212. + 1),
                          0)},
-        {"7V; 1 constant offset=2", "PL1'0''0''0''0''0''1';CH1MO100;CH1PL2", "error3"},
-        {"7V; 1 constant offset=2", "PL2'1E30''0''0''0''0''0';CH1MO100;CH1PL2", "3.2e+31"},
-        {"7V; 1 constant offset=2", "PL2'3E38''0''0''0''0''0';CH1MO100;CH1PL2", "error3"},
+        {"7V; 1 at 2", "PL1'0''0''0''0''0''1';CH1MO100;CH1PL2", "error3"},
+        {"7V; 1 at 2", "PL2'1E30''0''0''0''0''0';CH1MO100;CH1PL2", "3.2e+31"},
+        {"7V; 1 at 2", "PL2'3E38''0''0''0''0''0';CH1MO100;CH1PL2", "error3"},
     });
 }
 
@@ -178,7 +179,7 @@ TEST(Strain, InitialisingTheGaugeGivesItsMicrostrain) {
 }
 
 TEST(Strain, OffsetAndInitialVoltCanBeTold) {
-    const char* const gauge = "7S; 1 constant offset=1000 gauge_factor=2.1 imbalance_mv_v=0";
+    const char* const gauge = "7S; 1 at 1000 gauge_factor=2.1 imbalance_mv_v=0";
     expect_readings({{gauge, "CH1MO620;CH1GA'2.1'", "error12"},
                      {gauge, "CH1MO620;CH1OF'0''0.96'", "error12"},
                      {gauge, "CH1MO620;CH1GA'2.1';CH1OF'0''0.96'", "1000"},
@@ -186,7 +187,7 @@ TEST(Strain, OffsetAndInitialVoltCanBeTold) {
 }
 
 TEST(Analog, AFourTerminalChannelTakesTheNextOne) {
-    const char* const pod = "7V; 1 constant offset=100; 2 constant offset=1";
+    const char* const pod = "7V; 1 at 100; 2 at 1";
     expect_readings({{pod, "CH1MO200;CH2MO100", "100 error7"},
                      {pod, "CH1MO210;CH2MO100", "100 error7"},
                      {pod, "CH1MO400;CH2MO100", "100 error7"},
@@ -197,7 +198,7 @@ TEST(Analog, AFourTerminalChannelTakesTheNextOne) {
 
 // Standard deviation of many readings of 1 V.
 double spread(const std::string& keys, const std::string& command) {
-    BenchNetwork bench(pod(1, "7R; " + keys + "; 1 constant offset=1"));
+    BenchNetwork bench(pod(1, "7R; " + keys + "; 1 at 1"));
     bench.send(1, command);
     double sum = 0.0;
     double squares = 0.0;
@@ -225,8 +226,7 @@ TEST(Converter, ShorterIntegrationIsNoisierAndAWholeMainsPeriodTakesTheHumAway) 
 
 TEST(Converter, AFixedRangeDecidesTheResolutionAndCalibrationTheGain) {
     const auto off = [](const char* keys, const char* command) {
-        BenchNetwork bench(
-            pod(50, std::string("7V; 1 constant offset=0.015123; ").insert(3, keys)));
+        BenchNetwork bench(pod(50, std::string("7V; 1 at 0.015123; ").insert(3, keys)));
         bench.send(50, command);
         return std::fabs(bench.triggered_scan(50).values[0] - 0.015123F);
     };
@@ -240,9 +240,9 @@ TEST(Converter, AFixedRangeDecidesTheResolutionAndCalibrationTheGain) {
 
 TEST(StatusInput, UniversalChannelsKnowThreeKindsOfLogic) {
     expect_readings({
-        {"7V; 1 constant offset=2; 2 constant offset=1", "CH1MO700;CH2MO700", "1 0"},
-        {"7V; 1 constant offset=9.5; 2 constant offset=2", "CH1MO701;CH2MO701", "1 0"},
-        {"7V; 1 open; 2 constant offset=0", "CH1MO702;CH2MO702", "1 0"},
+        {"7V; 1 at 2; 2 at 1", "CH1MO700;CH2MO700", "1 0"},
+        {"7V; 1 at 9.5; 2 at 2", "CH1MO701;CH2MO701", "1 0"},
+        {"7V; 1 open; 2 at 0", "CH1MO702;CH2MO702", "1 0"},
     });
 }
 

@@ -5,7 +5,7 @@
 namespace kavorix::test {
 namespace {
 
-const std::string OneVolt = "7V; noise=0; 1 constant offset=1";
+const std::string OneVolt = "7V; noise=0; 1 at 1";
 
 TEST(Card, AnswersAtItsAddressWithItsHandleAndVersion) {
     BenchNetwork bench(pod(5, "7V"), "[card]\naddress=\"D000\"\nhandle=4\nversion=\"V 2\"\n");
@@ -97,11 +97,10 @@ TEST(Pod, AnswersInItsTime) {
         {"a reset drops everything", OneVolt,
          "send TR;ME01;QQ | send RE | wait 10 s | waiting 0 | answers | text",
          "no, nothing, nothing"},
-        {"channels that give no value", OneVolt + "; 2 absent; 3 constant offset=-11",
+        {"channels that give no value", OneVolt + "; 2 absent; 3 at -11",
          "send CH1MO101;CH4MO000;CH5MO900;CH6MO105;TR | wait 1 s | scan 1 2 3 4 5 6 7",
          "error1:0.02 error9 error1:-10 error127 error7 error7 0"},
-        {"requests are measured and answered one after the other",
-         OneVolt + "; 2 constant offset=2",
+        {"requests are measured and answered one after the other", OneVolt + "; 2 at 2",
          "send ME02 | send ME1 | wait 25 ms | answers | wait 1 ms | answers | wait 20 ms | answers "
          "| "
          "wait 1 ms | answers",

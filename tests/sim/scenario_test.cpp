@@ -228,6 +228,7 @@ edges_s = [2.0, 1.0] # "pod.channel.edges_s" must rise, above 0 and below "pod.c
 [[pod.channel]]
 number = 8
 signal = "sine"
+default_mode = 99 # "pod.channel.default_mode" is not a mode of channel 8 of this pod
 edges_s = [2.0, 10.0] # "pod.channel.edges_s" must rise, above 0 and below "pod.channel.period_s"
 )",
     "card = 3 # \"card\" must be written as [card]\n"
