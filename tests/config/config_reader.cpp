@@ -139,6 +139,7 @@ IM01;7R;20;
 IM07;7V;20;
 IM77;8S;32;                            <- Invalid ZAV number of 77
 HW1;                                   <- Hardware watchdog not valid for 8S ZAV
+AM;
 IM04;7U;20;
 KA;                                    <- Calibration not valid for 7U ZAV
 FR0;                                   <- Integration time not valid for 7U ZAV

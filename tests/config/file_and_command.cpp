@@ -67,6 +67,12 @@ const Forms Pods[] = {
      "SE;AR;SP'2500';KA0;FR3;UN1;TE'22';TC1;UT1" + SixSent +
          "'6''5''4''3''2''1';UT2'1''2''3''4''5''6'" + SixSent + ";PL1" + SixSent +
          ";PL2'1''2''3''4''5''6';HW1;SW255;CO;"},
+    {"the second table and equation alone",
+     "IM05;7V;00;|KA;|SP0;|FR0;|AM;|UT2,1,2,3,4,5,6" + Six + ";|PL2,1,2,3,4,5,6;|HW0;|SW0;|",
+     Universal + "UT2'1''2''3''4''5''6'" + SixSent + ";PL2'1''2''3''4''5''6';"},
+    {"the first alone",
+     "IM05;7V;00;|KA;|SP0;|FR0;|AM;|UT1,1,2,3,4,5,6" + Six + ";|PL1,1,2,3,4,5,6;|HW0;|SW0;|",
+     Universal + "UT1'1''2''3''4''5''6'" + SixSent + ";PL1'1''2''3''4''5''6';"},
     {"halves are sent rounded away from zero", "IM05;7R;00;|KA;|SP0;|FR0;|TE-2.5;|",
      "SP'0';KA0;FR0;UN0;TE'-3';TC0;"},
     {"zero without a sign", "IM05;7R;00;|KA;|SP0;|FR0;|TE-0.4;|", "SP'0';KA0;FR0;UN0;TE'0';TC0;"},
