@@ -3,20 +3,21 @@
 // A simulated network on a virtual clock, used as a driver's caller would, and scenes that it
 // plays.
 //
-// pod(5, "7V; noise=0; 1 at 2.5; 2-18 sine; fault dead from_s=10") is the scenario
-// of pod 5: its type, its own keys, what its channels are wired to, a fault. A scene is a row of
-// steps between bars; what its questions find stands in the same order between commas:
+// pod(5, "7V; noise=0; 1 at 2.5; 2-18 sine; fault dead from_s=10") is the scenario of pod 5: its
+// type, its own keys, what its channels are wired to, a fault. A scene is a row of steps between
+// bars, each question with what it finds behind it:
 //
-//     send TR;CO              commands to the pod; the number of '2.5' goes as its four bytes
-//     wait 5 ms, wait 3 s     lets time pass
-//     connect                 the pods that a start-up finds
-//     waiting 0               whether stream 0 holds data
-//     scan 1 19               channels 1 and 19 of a scan, as reading() tells them
-//     scans in 10 s           how many scans come
-//     answers                 all answers to single-channel requests
-//     text, text 14           what stream 3 holds, in a buffer of 12 or 14 marks ("~")
-//     texts in 8 s            the texts that come, each with the second that it comes in
-//     events 20               the bytes of stream 2 in a buffer of 20
+//     send TR;CO               commands to the pod; the number of '2.5' goes as its four bytes
+//     send TR? sent            or: not sent
+//     wait 5 ms | wait 3 s     lets time pass
+//     connect? 1 5 50          the pods that a start-up finds
+//     waiting 0? yes           whether stream 0 holds data, or that this failed: error
+//     scan 1 19? 2.5 error9    channels 1 and 19 of a scan, as reading() tells them
+//     scans in 10 s? 26        how many scans come
+//     answers? 2.5 nothing     all answers to single-channel requests
+//     text? 7VJA 0F 1.00       what stream 3 holds, in a buffer of 12 marks ("~"); "text 14", of 14
+//     texts in 8 s? 1:H 3:C12  the texts that come, each with the second that it comes in
+//     events 20? 01050800      the bytes of stream 2 in a buffer of 20
 
 #include <gtest/gtest.h>
 
@@ -111,11 +112,11 @@ class BenchNetwork {
         network.Zav_Init(present, handle);
     }
 
-    // The numbers of the pods that the start-up found, each with a blank behind it.
+    // The numbers of the pods that the start-up found.
     std::string found() const {
         std::string numbers;
         for (std::size_t i = 0; i < present.size(); ++i)
-            if (present.at(i) == 1) numbers += std::to_string(i + 1) + " ";
+            if (present.at(i) == 1) numbers += (numbers.empty() ? "" : " ") + std::to_string(i + 1);
         return numbers;
     }
 
@@ -167,15 +168,20 @@ class BenchNetwork {
         return buffer;
     }
 
-    // Plays the scene with a pod, see above.
-    std::string play(std::int16_t pod, const std::string& steps) {
+    // Plays the scene with a pod; returns it with what its questions found behind them.
+    std::string play(std::int16_t pod, const std::string& scene) {
         std::string told;
-        for (const std::string& step : split(steps, '|')) {
+        for (const std::string& each : split(scene, '|')) {
+            const auto question = each.find('?');
+            const std::string step = each.substr(0, question);
             std::istringstream words(step);
             std::string verb;
             words >> verb;
             const std::string found = perform(pod, verb, words);
-            if (!found.empty()) told += (told.empty() ? "" : ", ") + found;
+            told += (told.empty() ? "" : " | ") + step +
+                    (question == step.npos ? ""
+                     : found.empty()       ? "?"
+                                           : "? " + found);
         }
         return told;
     }
@@ -201,7 +207,7 @@ class BenchNetwork {
     std::string perform(std::int16_t pod, const std::string& verb, std::istringstream& words) {
         std::string rest;
         std::size_t number = 12;
-        if (verb == "send" && words >> rest) return send(pod, rest) == 0 ? "" : "not sent";
+        if (verb == "send" && words >> rest) return send(pod, rest) == 0 ? "sent" : "not sent";
         if (verb == "wait") return loop.advance(time_ms(words)), "";
         if (verb == "waiting" && words >> number) {
             const int is = network.Zav_Test(pod, static_cast<std::int16_t>(number), handle);
@@ -246,13 +252,12 @@ class BenchNetwork {
 struct Scene {
     const char* what;
     std::string pod;
-    const char* steps;
-    const char* told;
+    std::string steps;
 };
 
 inline void expect_told(const std::vector<Scene>& scenes) {
     for (const Scene& scene : scenes)
-        EXPECT_EQ(BenchNetwork(pod(5, scene.pod)).play(5, scene.steps), scene.told) << scene.what;
+        EXPECT_EQ(BenchNetwork(pod(5, scene.pod)).play(5, scene.steps), scene.steps) << scene.what;
 }
 
 }  // namespace kavorix::test

@@ -83,7 +83,8 @@ TEST(Commands, ChangeWhatAPodHolds) {
         row.change(expected);
         bench.send(5, row.command);
         EXPECT_TRUE(*bench.network.held(5) == expected) << row.type << " " << row.command;
-        EXPECT_EQ(bench.play(5, "wait 1 s | text"), "nothing") << row.type << " " << row.command;
+        EXPECT_EQ(bench.play(5, "wait 1 s | text? nothing"), "wait 1 s | text? nothing")
+            << row.type << " " << row.command;
     }
 }
 

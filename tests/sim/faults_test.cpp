@@ -7,33 +7,32 @@
 namespace kavorix::test {
 namespace {
 
-// Asks for the status before, during and after the fault.
-const char* const Around =
-    "send ST | wait 100 ms | waiting 3 | text | wait 9900 ms | "
-    "send ST | wait 100 ms | waiting 3 | text | connect | wait 9899 ms | send ST | "
-    "wait 1 ms | send ST | wait 100 ms | waiting 3 | text";
-
 TEST(PodFault, StrikesFromItsBeginUntilBeforeItsEnd) {
     const auto lasting = [](const std::string& kind) {
         return "7V; fault " + kind + " from_s=10 to_s=20";
     };
+    // The status is asked for before, during and after the fault; what becomes of that during it.
+    const auto around = [](const std::string& sent, const std::string& waiting,
+                           const std::string& found) {
+        return "send ST? sent | wait 100 ms | waiting 3? yes | text? 7VJA 0F 1.00 | wait 9900 ms | "
+               "send ST? " +
+               sent + " | wait 100 ms | waiting 3? " + waiting + " | text? nothing | connect?" +
+               found + " | wait 9899 ms | send ST? " + sent +
+               " | wait 1 ms | send ST? sent | wait 100 ms | waiting 3? yes | "
+               "text? 7VJA 0F 1.00";
+    };
     expect_told({
-        {"dead", lasting("dead"), Around,
-         "yes, 7VJA 0F 1.00, not sent, error, nothing, not sent, yes, 7VJA 0F 1.00"},
-        {"commands do not get through", lasting("transmit_error"), Around,
-         "yes, 7VJA 0F 1.00, not sent, no, nothing, 5 , not sent, yes, 7VJA 0F 1.00"},
-        {"answers do not", lasting("receive_error"), Around,
-         "yes, 7VJA 0F 1.00, error, nothing, 5 , yes, 7VJA 0F 1.00"},
-        {"the status alone does not", lasting("no_status"), Around,
-         "yes, 7VJA 0F 1.00, no, nothing, 5 , yes, 7VJA 0F 1.00"},
+        {"dead", lasting("dead"), around("not sent", "error", "")},
+        {"commands do not get through", lasting("transmit_error"), around("not sent", "no", " 5")},
+        {"answers do not", lasting("receive_error"), around("sent", "error", " 5")},
+        {"the status alone does not", lasting("no_status"), around("sent", "no", " 5")},
         {"answers show later", "7V; fault slow_answer delay_ms=700",
-         "send ST | wait 704 ms | waiting 3 | text | wait 1 ms | waiting 3 | text | "
-         "send TR | wait 1079 ms | waiting 0 | wait 1 ms | waiting 0",
-         "no, nothing, yes, 7VJA 0F 1.00, no, yes"},
-        {"texts break off", "7V; fault half_text", "send ST | wait 5 ms | text", "7VJA 0~~~~~~"},
+         "send ST | wait 704 ms | waiting 3? no | text? nothing | wait 1 ms | waiting 3? yes | "
+         "text? 7VJA 0F 1.00 | send TR | wait 1079 ms | waiting 0? no | wait 1 ms | waiting 0? "
+         "yes"},
+        {"texts break off", "7V; fault half_text", "send ST | wait 5 ms | text? 7VJA 0~~~~~~"},
         {"a reset comes once, in the midst of a scan", "7V; fault reset from_s=1.2",
-         "wait 1150 ms | send TR | wait 2 s | waiting 0 | send TR | wait 1 s | waiting 0",
-         "no, yes"},
+         "wait 1150 ms | send TR | wait 2 s | waiting 0? no | send TR | wait 1 s | waiting 0? yes"},
     });
 }
 
@@ -105,13 +104,17 @@ TEST(Chaos, StrikesThatShareOfTheCallsOfEveryPodWithinItsSpan) {
 
 TEST(CardFault, ACardCanDisappearAndComeBack) {
     BenchNetwork bench(pod(5, "7V"), "[card]\n[[card.fault]]\nfrom_s=5\nto_s=9\n");
-    const char* const ask = "send TR | waiting 0 | wait 1 ms | send TR | waiting 0";
-    EXPECT_EQ(bench.play(5, "wait 4999 ms"), "");
-    EXPECT_EQ(bench.play(5, ask), "no, not sent, error");
+    const std::string scene =
+        "wait 4999 ms | send TR? sent | waiting 0? no | wait 1 ms | send TR? not sent | waiting 0? "
+        "error";
+    EXPECT_EQ(bench.play(5, scene), scene);
     EXPECT_LT(bench.network.Zav_Connect(-14336), 0);
     EXPECT_NE(bench.network.Zav_Init(bench.present, bench.handle), 0);
-    EXPECT_EQ(bench.play(5, "wait 3999 ms"), "");
-    EXPECT_EQ(bench.play(5, ask), "not sent, error, yes") << "the scan of before is still there";
+    // The scan of before is still there.
+    const std::string back =
+        "wait 3999 ms | send TR? not sent | waiting 0? error | wait 1 ms | waiting 0? yes | send "
+        "TR? sent";
+    EXPECT_EQ(bench.play(5, back), back);
 }
 
 }  // namespace
