@@ -206,6 +206,9 @@ const Scene Scenes[] = {
     {"one outside the view comes back into it",
      "rows 100; tick Cursors; tick Cursors; mark 40 52 0 1; tick Cursors; cursors? "
      "Time|0:00:44.0|0:00:48.0|4 s| One|44|48|4| Two|0|0|0|"},
+    {"one inside it stays",
+     "rows 31; tick Cursors; cursor A 3 4; tick Cursors; tick Cursors; cursors? "
+     "Time|0:00:03.0|0:00:20.0|17 s| One|3|20|17| Two|0|0|0|"},
     {"keys move the active cursor row by row, by ten",
      "rows 31; tick Cursors; key right; key page-right; key other; key left; cursors? "
      "Time|0:00:21.0|0:00:19.0|-2 s| One|21|19|-2| Two|0|0|0|; view? 0..60 s, -2..2, following"},

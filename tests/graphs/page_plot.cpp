@@ -84,6 +84,10 @@ TEST_F(PagePlotTest, RowsStandOneIntervalApartAndKnowTheClock) {
     append(set, {2});
     EXPECT_EQ(plot.picture().data.range(), (TimeRange{0, 6}));
     EXPECT_EQ(plot.picture().data.wall_time(6), (WallTime{2026, 1, 5, 8, 0, 6, 0}));
+    // Rows of a log have times of their own.
+    plot.append_row(60, {2025, 12, 31, 23, 0, 0, 0}, std::vector<float>{3});
+    EXPECT_EQ(plot.picture().data.range(), (TimeRange{0, 60}));
+    EXPECT_EQ(plot.picture().data.value(2, 0), 3);
 }
 
 TEST_F(PagePlotTest, TellsItsLastError) {
