@@ -94,7 +94,8 @@ TEST(LineEnds, AllKinds) {
 }
 
 // A file line by line: behind "<-" what is told of the line, several texts with "&" between them;
-// "$" stands for the line itself. Of a line without it nothing is told.
+// "$" stands for the line itself. Of lines without it, several in a row with "/" between them,
+// nothing is told.
 const char* const File = R"(
 SE;
 KA;                                    <- Calibration not valid for  ZAV
@@ -107,9 +108,7 @@ ADx;what;                              <- Non-numeric Interface card handle x & 
 AD0;1;                                 <- Interface card address missing
 AD                                     <- Non-numeric Interface card handle  & Interface card address missing
 AD0;51200;                             <- The card address does not match the address currently in use(C800).
-UR10000;
-UR 1,000 ;
-UR99.6;
+UR10000; / UR 1,000 ; / UR99.6;
 UR2500;                                <- Invalid Poll Rate of: 2500
 URfast;                                <- Non-Numeric Poll Rate: fast
 UR;                                    <- Non-Numeric Poll Rate: 
@@ -134,13 +133,10 @@ IM07;7V;xx;                            <- Non-numeric number of channels xx
 IM07;7V;                               <- Non-numeric number of channels 
 IM07;7V;34;                            <- Invalid number of channels 34
 IM07;7V;-1;                            <- Invalid number of channels -1
-IM07;7V;33;
-IM01;7R;20;
-IM07;7V;20;
+IM07;7V;33; / IM01;7R;20; / IM07;7V;20;
 IM77;8S;32;                            <- Invalid ZAV number of 77
 HW1;                                   <- Hardware watchdog not valid for 8S ZAV
-AM;
-IM04;7U;20;
+AM; / IM04;7U;20;
 KA;                                    <- Calibration not valid for 7U ZAV
 FR0;                                   <- Integration time not valid for 7U ZAV
 UN1;                                   <- Temperature units not valid for 7U ZAV
@@ -149,10 +145,7 @@ TE20;                                  <- External temperature not valid for 7U 
 TC1;                                   <- TC open not valid for 7U ZAV
 HW0;                                   <- Hardware watchdog not valid for 7U ZAV
 SW0;                                   <- Software watchdog not valid for 7U ZAV
-IM02;7S;10;
-KA;
-FR0;
-UN1;
+IM02;7S;10; / KA; / FR0; / UN1;
 AM;                                    <- Ambient temperature not valid for 7S ZAV
 CH01MO104;'';'';{1;0}                  <- Unknown range of 4 for $
 CH01GAx;                               <- Non-numeric Gauge factor x
@@ -166,13 +159,10 @@ KA;                                    <- Calibration not valid for 8R ZAV
 CH01RAx;                               <- Non-numeric sample rate x
 CH01RA5;                               <- Unknown sample rate 5
 CH01TIx;                               <- Non-numeric timeout x
-CH01TI3;
-CH01TI6;
+CH01TI3; / CH01TI6;
 CH01TI4;                               <- Unknown timeout 4
 CH19GO1,03,L;                          <- Alarm group not allowed in ZAV Type 8R channel 19
-IM50;8S;32;
-HW1;
-SW5;
+IM50;8S;32; / HW1; / SW5;
 HWx;                                   <- Non-numeric HW watch x
 HW2;                                   <- Unknown HW watch 2
 SWx;                                   <- Non-numeric SW watch x
@@ -181,29 +171,18 @@ SW256;                                 <- SW watch time out of range 256
 SW-1;                                  <- SW watch time out of range -1
 CH01TI99;
 CH01TIx;                               <- Non-numeric timeout x
-CH01MO801;'';'';{1;0}
-IM09;7V;20;
-SPlong;
-SP1;
-FRx;
-FR9;
-IM01;7R;20;
-SP2500;
-SP0;
+CH01MO801;'';'';{1;0} / IM09;7V;20; / SPlong; / SP1; / FRx; / FR9; / IM01;7R;20; / SP2500; / SP0;
 SP2501;                                <- Unknown scan period 2501
 SPlong;                                <- Non-numeric scan period long
 FR5;
 FR6;                                   <- Unknown integration time 6
 FR-1;                                  <- Non-numeric integration time -
 FRx;                                   <- Non-numeric integration time x
-TE80;
-TE-30;
+TE80; / TE-30;
 TE80.5;                                <- External temperature out of range 80.5
 TE-30.5;                               <- External temperature out of range -30.5
 TEwarm;                                <- Non-numeric external temperature warm
-UN1;
-TE177;
-TE-22;
+UN1; / TE177; / TE-22;
 TE178;                                 <- External temperature out of range 178
 TE-23;                                 <- External temperature out of range -23
 IM01;7R;20;
@@ -238,9 +217,7 @@ CH01XX1;                               <- Unknown channel command. $
 CH01                                   <- Unknown channel command. $
 CH                                     <- Non-numeric channel number 
 CH01MO-10;'';'';{1;0}                  <- Unknown mode of -1, ZAV number 7 for $
-CH02MO200;'';'';{1;0}
-CH01MO900;'';'';{1;0}
-CH19MO702;'';'';{1;0}
+CH02MO200;'';'';{1;0} / CH01MO900;'';'';{1;0} / CH19MO702;'';'';{1;0}
 CH01MO100;Flow';'l/s';{1;0}            <- Quote for label not in position 11 for $
 CH01MO100                              <- Quote for label not in position 11 for $
 CH01MO100;'Fl;ow';'l/s';{1;0}          <- Closing quote for label missing for $
@@ -253,9 +230,7 @@ CH01MO100;'It's';'l/s';{1;0}           <- Closing quote for unit missing for $
 CH01MO100;'Flow';'l/s;{1;0}            <- Closing quote for unit missing for $
 CH01MO100;'Flow';'l/s                  <- Closing quote for unit missing for $
 CH01MO100;'Flow';'l/s';(1;0)           <- Brace({) for Mx+c not in correct position for $
-CH01MO100;'Flow';'l/s';
-CH19TI5;
-CH19TI6;
+CH01MO100;'Flow';'l/s'; / CH19TI5; / CH19TI6;
 CH19TI7;                               <- Unknown timeout 7
 CH05MO700;'';'';{1;0}
 CH05HL,1,2;                            <- Trying to set high alarm level for an invalid channel - Chan: 5 ZAV Type = 7V
@@ -264,8 +239,7 @@ CH06HL,x,2;                            <- Invalid alarm limit for High Alarm on 
 CH06LL,x,2;                            <- Invalid alarm limit for Low Alarm on Chan: 6
 CH06HL,1,x;                            <- Invalid Hysteresis Limit for High Alarm on Chan: 6
 CH06LL,1;                              <- Invalid Hysteresis Limit for Low Alarm on Chan: 6
-CH19GO1,03,L;
-CH20GO2,03,X;
+CH19GO1,03,L; / CH20GO2,03,X;
 CH18GO1,03,L;                          <- Alarm group not allowed in ZAV Type 7V channel 18
 CH19GO0;                               <- Non-numeric alarm output state  
 CH19GOx,03,L;                          <- Non-numeric alarm output state  
@@ -295,15 +269,18 @@ TEST(Messages, TellWhatIsWrongWithEachLine) {
     std::string text = Header;
     std::istringstream lines(std::string(File).substr(1));
     int number = 1;
-    for (std::string line; std::getline(lines, line);) {
-        const auto mark = std::min(line.find("<- "), line.size());
-        const std::string statement =
-            line.substr(0, line.find_last_not_of(' ', mark == 0 ? 0 : mark - 1) + 1);
-        text += "\r\n" + statement;
-        ++number;
-        for (std::size_t at = mark; at < line.size();) {
-            const std::size_t end = std::min(line.find(" & ", at + 3), line.size());
-            std::string told = line.substr(at + 3, end - at - 3);
+    for (std::string row; std::getline(lines, row);) {
+        const auto mark = std::min(row.find("<- "), row.size());
+        std::string statement;
+        for (std::size_t at = 0; at <= mark; at += statement.size() + 3) {
+            statement = row.substr(at, std::min(row.find(" / ", at), mark) - at);
+            text += "\r\n" + statement;
+            ++number;
+        }
+        statement.erase(statement.find_last_not_of(' ') + 1);
+        for (std::size_t at = mark; at < row.size();) {
+            const std::size_t end = std::min(row.find(" & ", at + 3), row.size());
+            std::string told = row.substr(at + 3, end - at - 3);
             if (const auto self = told.find('$'); self != std::string::npos)
                 told.replace(self, 1, statement);
             expected.push_back(std::to_string(number) + ": " + told);

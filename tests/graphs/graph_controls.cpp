@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <limits>
 #include <map>
@@ -13,18 +14,9 @@
 namespace kavorix::test {
 namespace {
 
-const std::map<std::string, GraphKey> Keys = {{"left", GraphKey::Left},
-                                              {"right", GraphKey::Right},
-                                              {"page-left", GraphKey::PageLeft},
-                                              {"page-right", GraphKey::PageRight},
-                                              {"up", GraphKey::Up},
-                                              {"down", GraphKey::Down},
-                                              {"in", GraphKey::ZoomIn},
-                                              {"out", GraphKey::ZoomOut},
-                                              {"follow", GraphKey::Follow},
-                                              {"pause", GraphKey::Pause},
-                                              {"all", GraphKey::All},
-                                              {"other", GraphKey::OtherCursor}};
+// In the order of GraphKey.
+const std::vector<std::string> Keys = {"left", "right", "page-left", "page-right", "up",  "down",
+                                       "in",   "out",   "follow",    "pause",      "all", "other"};
 
 // A graph of two channels, "One" and "Two", over 60 s and -2..2, with a row a second: what an
 // operator does with it, the questions with what they find behind them. Channel One counts the
@@ -100,7 +92,11 @@ class GraphScene {
                  for (int i = 0; i < a; ++i)
                      row(static_cast<float>(plot_.picture().data.end_row()), static_cast<float>(b));
              }},
-            {"key", [&] { controls_.key(Keys.at(name)); }},
+            {"key",
+             [&] {
+                 controls_.key(static_cast<GraphKey>(std::find(Keys.begin(), Keys.end(), name) -
+                                                     Keys.begin()));
+             }},
             {"mark",
              [&] {
                  controls_.show_area({a, b}, {c, d});

@@ -60,79 +60,57 @@ struct Row {
     Change before, act, changes;
 };
 
+#define DO(...) [](PodConfig& p) { __VA_ARGS__; }
+constexpr auto Nothing = [](PodConfig&) {};
+
 const Row Rows[] = {
-    {"a channel is cleared, and the last member of a group with it", Type7V,
-     [](PodConfig& p) { use(p, 3); }, [](PodConfig& p) { clear_channel(p, 2); },
-     [](PodConfig& p) { clear(p, 3), leave(p, 3), groups_off(p); }},
-    {"others of the group stay", Type7V, [](PodConfig& p) { use(p, 3), use(p, 18); },
-     [](PodConfig& p) { clear_channel(p, 17); }, [](PodConfig& p) { clear(p, 18), leave(p, 18); }},
-    {"a digital channel has no membership", Type7W, [](PodConfig& p) { use(p, 1), use(p, 19, 90); },
-     [](PodConfig& p) { clear_channel(p, 18); }, [](PodConfig& p) { clear(p, 19); }},
-    {"alarms are switched off", Type7V, [](PodConfig& p) { use(p, 1), use(p, 2); },
-     [](PodConfig& p) { switch_alarms_off(p, 0); },
-     [](PodConfig& p) {
-         channel(p, 1).LowAlarm.Enabled = channel(p, 1).HighAlarm.Enabled = 0, leave(p, 1);
-     }},
+    {"a channel is cleared, and the last member of a group with it", Type7V, DO(use(p, 3)),
+     DO(clear_channel(p, 2)), DO(clear(p, 3), leave(p, 3), groups_off(p))},
+    {"others of the group stay", Type7V, DO(use(p, 3), use(p, 18)), DO(clear_channel(p, 17)),
+     DO(clear(p, 18), leave(p, 18))},
+    {"a digital channel has no membership", Type7W, DO(use(p, 1), use(p, 19, 90)),
+     DO(clear_channel(p, 18)), DO(clear(p, 19))},
+    {"alarms are switched off", Type7V, DO(use(p, 1), use(p, 2)), DO(switch_alarms_off(p, 0)),
+     DO(channel(p, 1).LowAlarm.Enabled = channel(p, 1).HighAlarm.Enabled = 0, leave(p, 1))},
     {"only what is not enabled leaves: the high alarm", Type7V,
-     [](PodConfig& p) { use(p, 5), channel(p, 5).HighAlarm.Enabled = 0; },
-     [](PodConfig& p) { leave_groups(p, 4); },
-     [](PodConfig& p) { p.AlarmGroup[0].High[4] = p.AlarmGroup[1].High[4] = 0; }},
-    {"the low one", Type7V, [](PodConfig& p) { use(p, 5), channel(p, 5).LowAlarm.Enabled = 0; },
-     [](PodConfig& p) { leave_groups(p, 4); },
-     [](PodConfig& p) { p.AlarmGroup[0].Low[4] = p.AlarmGroup[1].Low[4] = 0; }},
+     DO(use(p, 5), channel(p, 5).HighAlarm.Enabled = 0), DO(leave_groups(p, 4)),
+     DO(p.AlarmGroup[0].High[4] = p.AlarmGroup[1].High[4] = 0)},
+    {"the low one", Type7V, DO(use(p, 5), channel(p, 5).LowAlarm.Enabled = 0),
+     DO(leave_groups(p, 4)), DO(p.AlarmGroup[0].Low[4] = p.AlarmGroup[1].Low[4] = 0)},
     {"a group that had no member is left alone", Type7V,
-     [](PodConfig& p) { use(p, 5), leave(p, 5), channel(p, 5).LowAlarm.Enabled = 0; },
-     [](PodConfig& p) { leave_groups(p, 4); }, [](PodConfig&) {}},
+     DO(use(p, 5), leave(p, 5), channel(p, 5).LowAlarm.Enabled = 0), DO(leave_groups(p, 4)),
+     Nothing},
     {"a third group is not in use", Type7V,
-     [](PodConfig& p) { p.AlarmGroup[2].OutputState = 1, p.AlarmGroup[2].High[4] = 1; },
-     [](PodConfig& p) { leave_groups(p, 4); }, [](PodConfig&) {}},
-    {"a pair takes the next channel", Type7V, [](PodConfig& p) { use(p, 3), use(p, 4); },
-     [](PodConfig& p) { make_pair(p, 2); },
-     [](PodConfig& p) { p.SixPole[2] = 1, clear(p, 4), leave(p, 4); }},
+     DO(p.AlarmGroup[2].OutputState = 1, p.AlarmGroup[2].High[4] = 1), DO(leave_groups(p, 4)),
+     Nothing},
+    {"a pair takes the next channel", Type7V, DO(use(p, 3), use(p, 4)), DO(make_pair(p, 2)),
+     DO(p.SixPole[2] = 1, clear(p, 4), leave(p, 4))},
     {"pairs are found again by mode", Type7V,
-     [](PodConfig& p) {
-         use(p, 1, 20), use(p, 3, 41), use(p, 5, 22), use(p, 7, 20), use(p, 17, 43), use(p, 19, 20);
-         clear(p, 2), clear(p, 4), clear(p, 6), clear(p, 18), clear(p, 20);
-     },
-     restore_pairs, [](PodConfig& p) { p.SixPole[0] = p.SixPole[2] = p.SixPole[16] = 1; }},
-    {"but for other types", Type7S, [](PodConfig& p) { use(p, 1, 20), clear(p, 2); }, restore_pairs,
-     [](PodConfig&) {}},
+     DO(use(p, 1, 20), use(p, 3, 41), use(p, 5, 22), use(p, 7, 20), use(p, 17, 43), use(p, 19, 20),
+        clear(p, 2), clear(p, 4), clear(p, 6), clear(p, 18), clear(p, 20)),
+     DO(restore_pairs(p)), DO(p.SixPole[0] = p.SixPole[2] = p.SixPole[16] = 1)},
+    {"but for other types", Type7S, DO(use(p, 1, 20), clear(p, 2)), DO(restore_pairs(p)), Nothing},
     {"a copy takes the channel, its group members by its own alarms", Type7V,
-     [](PodConfig& p) { use(p, 3), p.SixPole[4] = 1; }, [](PodConfig& p) { copy_channel(p, 2, 4); },
-     [](PodConfig& p) { channel(p, 5) = channel(p, 3), p.SixPole[4] = 0; }},
+     DO(use(p, 3), p.SixPole[4] = 1), DO(copy_channel(p, 2, 4)),
+     DO(channel(p, 5) = channel(p, 3), p.SixPole[4] = 0)},
     {"the target's alarms leave with the copy of one without", Type7V,
-     [](PodConfig& p) {
-         use(p, 3), use(p, 5), channel(p, 3).HighAlarm.Enabled = channel(p, 3).LowAlarm.Enabled = 0;
-     },
-     [](PodConfig& p) { copy_channel(p, 2, 4); },
-     [](PodConfig& p) { channel(p, 5) = channel(p, 3), leave(p, 5); }},
-    {"a pair is copied as a pair", Type7V,
-     [](PodConfig& p) { use(p, 1, 20), use(p, 6), p.SixPole[0] = 1; },
-     [](PodConfig& p) { copy_channel(p, 0, 4); },
-     [](PodConfig& p) {
-         channel(p, 5) = channel(p, 1), p.SixPole[4] = 1, clear(p, 6), leave(p, 6);
-     }},
+     DO(use(p, 3), use(p, 5), channel(p, 3).HighAlarm.Enabled = channel(p, 3).LowAlarm.Enabled = 0),
+     DO(copy_channel(p, 2, 4)), DO(channel(p, 5) = channel(p, 3), leave(p, 5))},
+    {"a pair is copied as a pair", Type7V, DO(use(p, 1, 20), use(p, 6), p.SixPole[0] = 1),
+     DO(copy_channel(p, 0, 4)),
+     DO(channel(p, 5) = channel(p, 1), p.SixPole[4] = 1, clear(p, 6), leave(p, 6))},
     {"to an even channel nothing but the channel goes", Type7V,
-     [](PodConfig& p) { use(p, 1), use(p, 2, 50), p.SixPole[1] = 1; },
-     [](PodConfig& p) { copy_channel(p, 0, 3); },
-     [](PodConfig& p) { channel(p, 4) = channel(p, 1); }},
+     DO(use(p, 1), use(p, 2, 50), p.SixPole[1] = 1), DO(copy_channel(p, 0, 3)),
+     DO(channel(p, 4) = channel(p, 1))},
     {"a digital one takes sampling and group along", Type7W,
-     [](PodConfig& p) { use(p, 19, 90), use(p, 1), p.AlarmGroup[1] = {}; },
-     [](PodConfig& p) { copy_channel(p, 18, 19); },
-     [](PodConfig& p) {
-         channel(p, 20) = channel(p, 19), p.SampleRate[19] = 4, p.Timeout[19] = 3,
-                    p.AlarmGroup[1] = p.AlarmGroup[0];
-     }},
-    {"an 8R its sampling", Type8R, [](PodConfig& p) { use(p, 1, 90); },
-     [](PodConfig& p) { copy_channel(p, 0, 19); },
-     [](PodConfig& p) { channel(p, 20) = channel(p, 1), p.SampleRate[19] = 4, p.Timeout[19] = 3; }},
-    {"a 7S its strain settings", Type7S, [](PodConfig& p) { use(p, 1, 60); },
-     [](PodConfig& p) { copy_channel(p, 0, 9); },
-     [](PodConfig& p) {
-         channel(p, 10) = channel(p, 1), p.Strain[9] = {1, 2, 3};
-     }},
-    {"what cannot be copied is not", Type7V, [](PodConfig& p) { use(p, 1); },
-     [](PodConfig& p) { copy_channel(p, 0, 18); }, [](PodConfig&) {}},
+     DO(use(p, 19, 90), use(p, 1), p.AlarmGroup[1] = {}), DO(copy_channel(p, 18, 19)),
+     DO(channel(p, 20) = channel(p, 19), p.SampleRate[19] = 4, p.Timeout[19] = 3,
+        p.AlarmGroup[1] = p.AlarmGroup[0])},
+    {"an 8R its sampling", Type8R, DO(use(p, 1, 90)), DO(copy_channel(p, 0, 19)),
+     DO(channel(p, 20) = channel(p, 1), p.SampleRate[19] = 4, p.Timeout[19] = 3)},
+    {"a 7S its strain settings", Type7S, DO(use(p, 1, 60)), DO(copy_channel(p, 0, 9)),
+     DO(channel(p, 10) = channel(p, 1), p.Strain[9] = {1, 2, 3})},
+    {"what cannot be copied is not", Type7V, DO(use(p, 1)), DO(copy_channel(p, 0, 18)), Nothing},
 };
 
 TEST(ChannelRules, ChangeWhatBelongsTogether) {
