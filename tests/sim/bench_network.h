@@ -90,7 +90,8 @@ inline std::string reading(float value, int code) {
     std::ostringstream text;
     text.precision(5);
     if (code > 128) text << "error" << code - 128;
-    if (code > 128 && value != 0) text << ":";
+    if (code > 0 && code <= 128) text << "code" << code;
+    if (code > 0 && value != 0) text << ":";
     if (code <= 128 || value != 0) text << (std::fabs(value) < 1e-8F ? 0.0F : value);
     return text.str();
 }

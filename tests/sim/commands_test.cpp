@@ -41,7 +41,8 @@ constexpr sim::HeldUserTable OneToTwelve = {true, OneToSix, {7, 8, 9, 10, 11, 12
 const Effect Effects[] = {
     {"7V", ";;SE;;AR", HOLDS(h.setup = h.armed = true)},
     {"7V", "CH1MO504;CH19MO802;SE", HOLDS(h.setup = true)},
-    {"7V", "CO", HOLDS(h.continuous = true)},
+    {"7V", "TE'1';CO",
+     HOLDS(h.ambient_reference = false, h.external_temperature = 1, h.continuous = true)},
     {"7V", "CO;HA", HOLDS(void())},
     {"7V", "SP'2500'", HOLDS(h.scan_period_ms = 2500)},
     {"8R", "SP'10000'", HOLDS(h.scan_period_ms = 10000)},

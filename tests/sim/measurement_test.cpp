@@ -72,7 +72,7 @@ TEST(Analog, ASensorIsReadThroughTheModeThatIsSetAutoAsThatModeMeasures) {
         {"7V", "rtd_10", "0 in 400: error3, 0 in 421: error1:0.02"},  // 0.1 V at 10 mA
         {"7V", "resistance", "100 in 400: 0, 3000 in 400: error1:2, 100 in 100: 0"},
         {"7V", "voltage", "1 in 500: 0.1, 0.01 in 200: 10, 0.05 in 400: error5"},
-        {"7V", "current", "0.05 in 100: error1:10, 0.05 in 500: 0.05"},
+        {"7V", "current", "0.05 in 100: error1:10, 0.05 in 500: 0.05, 0.05 in 400: error5"},
         {"7S", "voltage", "1 in 600: error12"},
     });
 }
