@@ -41,10 +41,12 @@ TEST(Card, NothingAnswersWithoutConnectionPowerPodOrRightHandle) {
     EXPECT_EQ(bench.network.Zav_Tx(1, "TR", 5), 1);
     EXPECT_EQ(bench.network.Zav_Test(1, 0, 5), -1);
     EXPECT_EQ(reached(), "1 50 ");
+    bench.send(50, "FR3");
     bench.network.Zav_PowerOff(bench.handle);
     EXPECT_EQ(reached(), "");
     bench.connect();
     EXPECT_EQ(reached(), "1 50 ");
+    EXPECT_EQ(bench.network.held(50)->integration, 0) << "as after power-up";
     bench.network.Zav_Disconnect(bench.handle);
     EXPECT_EQ(reached(), "1 50 ") << "two connections were open";
     bench.network.Zav_Disconnect(bench.handle);
@@ -93,6 +95,8 @@ TEST(Pod, AnswersInItsTime) {
         {"relays are slower", "7T", "send FR0;CO;TR | scans in 10 s? 20"},
         {"a long silence leaves the last scan", "7V; noise=0; 1 counter period_s=1 amplitude=1e-4",
          "send SP'1000';CO;TR | wait 86400500 ms | scan 1? 8.64 | scan? nothing"},
+        {"what comes later does not change a finished scan", OneVolt,
+         "send TR | wait 1 s | send CH1MO000 | scan 1? 1"},
         {"a reset drops everything", OneVolt,
          "send TR;ME01;QQ | send RE | wait 10 s | waiting 0? no | answers? nothing | text? "
          "nothing"},

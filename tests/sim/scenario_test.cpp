@@ -231,10 +231,11 @@ signal = "sine"
 default_mode = 99 # "pod.channel.default_mode" is not a mode of channel 8 of this pod
 edges_s = [2.0, 10.0] # "pod.channel.edges_s" must rise, above 0 and below "pod.channel.period_s"
 )",
-    "card = 3 # \"card\" must be written as [card]\n"
-    "pod = 3 # \"pod\" must be written as [[pod]]\n",
-    "card = {address = 51200}# \"card.address\" must be a text of 0 to 255 characters\n",
-};
+    R"(card = 3 # "card" must be written as [card]
+pod = 3 # "pod" must be written as [[pod]]
+)",
+    R"(card = {address = 51200}# "card.address" must be a text of 0 to 255 characters
+)"};
 
 TEST(Scenario, EveryErrorIsToldWithItsPlace) {
     for (const char* const text : WrongFiles) {
