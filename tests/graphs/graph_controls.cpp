@@ -202,6 +202,11 @@ const Scene Scenes[] = {
     {"one outside the view comes back into it",
      "rows 100; tick Cursors; tick Cursors; mark 40 52 0 1; tick Cursors; cursors? "
      "Time|0:00:44.0|0:00:48.0|4 s| One|44|48|4| Two|0|0|0|"},
+    {"the one that was put is the active one",
+     "rows 31; tick Cursors; cursor B 5 6; key right; cursors? Time|0:00:10.0|0:00:06.0|-4 s| "
+     "One|10|6|-4| Two|0|0|0|"},
+    {"told to follow, it does so in its width",
+     "rows 100; mark 50 60 0 1; tick Follow; view? 89..99 s, 0..1, following"},
     {"one inside it stays",
      "rows 31; tick Cursors; cursor A 3 4; tick Cursors; tick Cursors; cursors? "
      "Time|0:00:03.0|0:00:20.0|17 s| One|3|20|17| Two|0|0|0|"},

@@ -313,6 +313,12 @@ TEST(Alarm, TripsBeyondItsLimitAndClearsOnTheOtherSideOfTheHysteresis) {
     EXPECT_EQ(changes("CH19MO801"), "0 on ");
 }
 
+TEST(Alarm, AReadingAtItsLimitTripsNothing) {
+    BenchNetwork bench(pod(5, "7V; noise=0; 2 at 1"));
+    bench.send(5, "CH02HL'1''0';CH02LL'1''0';CH19MO802;CH19GO102L02H");
+    EXPECT_EQ(bench.triggered_scan(5).values[18], 0.0F);
+}
+
 TEST(Alarm, OutputsFollowEvenScansThatNobodyReads) {
     // Trips above 0.5 V; with this hysteresis it never clears: one short excursion is enough.
     BenchNetwork bench(pod(5, "7V; 2 square amplitude=1 period_s=40 duty=0.25"));
