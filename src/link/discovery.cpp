@@ -54,6 +54,7 @@ void Discovery::Form_Load(Files& files, const std::string& ini_path) {
 void Discovery::identify_pods() {
     GetStatus(0, link_.PollTable.InPollTable);
     DispZAVS();
+    link_.ZavSelected.clear();
 }
 
 std::int16_t Discovery::ConnectToCard(std::int16_t& address, std::int16_t pollRate,

@@ -62,7 +62,8 @@ void PodCommands::clear_errors() {
     with_.message_line.DispMsg("", Severity::Progress);
     for (const Pod pod : all_pods()) {
         const PodStatus& status = status_[pod];
-        if (status.Removed || status.OutOfOrder || status.ErrorFlag) clear_pod_error(pod);
+        const bool shown_out_of_order = status.OutOfOrder && !link_.ZavSelected.has(pod);
+        if (status.Removed || status.ErrorFlag || shown_out_of_order) clear_pod_error(pod);
     }
     with_.run_time.Reports.LastFault = Fault::None;
     with_.dialogs.message_box(

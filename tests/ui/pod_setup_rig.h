@@ -62,7 +62,7 @@ class PodSetupRig : public Rig {
   public:
     OperatedWindows windows;
     int accepted = 0;
-    PodSetup::Surroundings surroundings_of_dialog{configuration, run_time, screen,
+    PodSetup::Surroundings surroundings_of_dialog{configuration, run_time,
                                                   driver,        dialogs,  message_line,
                                                   failures,      windows,  [this] { ++accepted; }};
     PodSetup dialog{surroundings_of_dialog};
