@@ -214,8 +214,7 @@ Lines Scene::state() const {
     };
     for (const std::string& path : files.paths()) lines[lines.size() - 2] += ' ' + path;
     PodSet configured;
-    for (const Pod pod : all_pods())
-        configured.set(pod, config.ZavConfig[pod] != initial_[pod]);
+    for (const Pod pod : all_pods()) configured.set(pod, config.ZavConfig[pod] != initial_[pod]);
     lines.back() += numbers_of(configured);
     return lines;
 }

@@ -27,7 +27,8 @@ class VerifyBench {
         EXPECT_TRUE(station_.start()) << messages_.str();
         for (std::size_t i = 0; i < types.size(); ++i)
             default_ZAV_config(config(static_cast<int>(i)), types[i], 1);
-        for (std::size_t i = 0; i < types.size(); ++i) pods_.add(Pod::at_index(static_cast<int>(i)));
+        for (std::size_t i = 0; i < types.size(); ++i)
+            pods_.add(Pod::at_index(static_cast<int>(i)));
     }
 
     PodConfig& config(int pod) { return station_.station.configuration.ZavConfig[at(pod)]; }

@@ -420,9 +420,8 @@ void Invariants::after_start() {
     known.log_compared = 0;
     const LinkState& link = run_time().Link;
     expect(link.ZavSelected.empty() && link.SessionErrorCount == known.session_errors &&
-               !run_time().Log.running() &&
-               run_time().Log.ScanFileName.empty() && configuration().ConfigChanged == 0 &&
-               configuration().ConfigFileName.empty(),
+               !run_time().Log.running() && run_time().Log.ScanFileName.empty() &&
+               configuration().ConfigChanged == 0 && configuration().ConfigFileName.empty(),
            Rule::AStartIsFresh, "something is left of the run before");
     const std::string header =
         general_date(known.started) + "\r\n\r\n---- KAVORIX Error file ----\r\n\r\n";
@@ -467,8 +466,8 @@ void Invariants::compare_link() {
     for (int pod = 0; pod < MaxZavs; ++pod) {
         const KnownPod& of = known.pods[at(pod)];
         scanning = scanning || link.ScanState[at(pod)] == ScanState::ContinuouslyScanning;
-        expect(link.PollTable.InPollTable.has(Pod::at_index(pod)) == of.polled, Rule::PollTableAgrees,
-               zav(pod) + (of.polled ? " is missing" : " is in the table"));
+        expect(link.PollTable.InPollTable.has(Pod::at_index(pod)) == of.polled,
+               Rule::PollTableAgrees, zav(pod) + (of.polled ? " is missing" : " is in the table"));
         expect(link.ZavSelected.has(Pod::at_index(pod)) == of.selected, Rule::SelectionAgrees,
                zav(pod) + (of.selected ? " is not selected" : " is selected"));
         expect(run_time().Status[at(pod)].ErrorFlag == of.in_error, Rule::ErrorsAddUp,

@@ -228,8 +228,7 @@ void Operator::open() {
     hands_.rules.remember_files({});
     run(Command::OpenFile);
     hands_.open_next.clear();
-    const bool loaded =
-        run_time().Reports.Message.Text.starts_with(" Configuration file Loaded");
+    const bool loaded = run_time().Reports.Message.Text.starts_with(" Configuration file Loaded");
     hands_.tell(loaded ? "loaded " + hands_.station().configuration.ConfigFileName : "not loaded");
     if (loaded)
         hands_.rules.check_loaded_file();

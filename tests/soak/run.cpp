@@ -53,8 +53,8 @@ class World {
         hands_.told = &told;
         station_ = std::make_unique<Station>(
             Station::Surroundings{witness_, *loop_, desktop_, watched_files_, {"/station"}});
-        desk_ = std::make_unique<Desk>(
-            Desk::Surroundings{*station_, windows_, windows_, memory_, {}});
+        desk_ =
+            std::make_unique<Desk>(Desk::Surroundings{*station_, windows_, windows_, memory_, {}});
         station_->message_line.told.always(
             [this](const Message& message) { witness_.message_shown(message.Text); });
         rules_.world.station = station_.get();

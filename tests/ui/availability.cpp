@@ -216,17 +216,17 @@ TEST(ConfigItems, AreOffWithoutACardAndWhileSomethingRuns) {
              Case{"event log", [](RunTime& r) { r.Log.EventLogging = true; }, false},
              Case{"before the search", [](RunTime& r) { r.Link = {}; }, true},
              Case{"card without pods",
-                 [](RunTime& r) {
-                     r.Link = {};
-                     r.Link.Card = CardSearch::Found;
-                 },
-                 true},
+                  [](RunTime& r) {
+                      r.Link = {};
+                      r.Link.Card = CardSearch::Found;
+                  },
+                  true},
              Case{"no card",
-                 [](RunTime& r) {
-                     r.Link = {};
-                     r.Link.Card = CardSearch::NoneFound;
-                 },
-                 false},
+                  [](RunTime& r) {
+                      r.Link = {};
+                      r.Link.Card = CardSearch::NoneFound;
+                  },
+                  false},
          }) {
         RunTime run_time;
         run_time.Link.OperationsEnabled = true;

@@ -112,8 +112,9 @@ TEST(CommandButtons, HaveTheirCaptionsAndTips) {
     EXPECT_EQ(lines, (Lines{"cmdTrig &Trigger Start measurement", "cmdHalt &Halt Stop measurement",
                             "cmdTransmit T&ransmit Transmit Zav configuration",
                             "cmdConfig Co&nfig... Configure the Zav",
-                            "cmdDefault &Default/Expand ", "cmdSelectAll &Select/De-Select All ",
-                            "cmdClear Cl&ear "}));
+                            "cmdDefault &Default/Expand Hide or show the stream indicators",
+                            "cmdSelectAll &Select/De-Select All Select all pods, or none",
+                            "cmdClear Cl&ear Put pods with errors back into service"}));
 }
 
 }  // namespace

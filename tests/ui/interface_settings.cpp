@@ -41,8 +41,8 @@ class InterfaceSettingsTest : public testing::Test, public UiRig {
         return text.str();
     }
 
-    InterfaceSettingsDialog dialog{{discovery, dialogs, message_line, failures, configuration, run_time,
-                                    [this](std::int16_t as) { return save_file(as); }}};
+    InterfaceSettingsDialog dialog{{discovery, dialogs, message_line, failures, configuration,
+                                    run_time, [this](std::int16_t as) { return save_file(as); }}};
 };
 
 TEST_F(InterfaceSettingsTest, ListsAddressesAndRatesWithTheCurrentOnesChosen) {

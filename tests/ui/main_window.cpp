@@ -13,8 +13,8 @@ struct Scene {
 };
 
 const Scene Scenes[] = {
-    {"a trigger goes to the selected pods",
-     "click 1 50; press Trigger; tell triggered message", "1 TR; 50 TR; triggered 1 50; "},
+    {"a trigger goes to the selected pods", "click 1 50; press Trigger; tell triggered message",
+     "1 TR; 50 TR; triggered 1 50; "},
     {"a pod that fails is no longer selected, polled or awaited",
      "click 1 50; pod 50 fails; press Trigger; tell selected polled triggered icons message panel",
      "1 TR; 50 TR; selected 1; polled 1 5; triggered 1; icons selected resting error; "
@@ -44,16 +44,14 @@ const Scene Scenes[] = {
     {"a click toggles a pod, elsewhere it does nothing",
      "click 1; click 5 1; click 2 49; tell selected icons; click 5; tell buttons",
      "selected 5; icons resting selected resting; buttons Default SelectAll Clear"},
-    {"the interface is selected by its icon",
-     "click card; tell buttons; click card; tell buttons",
+    {"the interface is selected by its icon", "click card; tell buttons; click card; tell buttons",
      "buttons Transmit Config Default SelectAll Clear; buttons Default SelectAll Clear"},
     {"clear puts failed pods back and takes note of what was reported",
      "click 1 50; pod 1 fails; press Trigger; pod 1 heals; now; press Clear; "
      "tell selected polled icons message panel marked",
      "\"You will need to re-transmit the configuration to the ZAV(s) which had errors.\"; "
      "selected 50; polled 1 5 50; icons resting resting selected; ; panel ; marked 1"},
-    {"clear leaves pods without errors alone",
-     "click 1; press Clear; tell selected marked",
+    {"clear leaves pods without errors alone", "click 1; press Clear; tell selected marked",
      "\"You will need to re-transmit the configuration to the ZAV(s) which had errors.\"; "
      "selected 1; marked none"},
     {"a pod that is out of order says so until it is cleared",
@@ -192,11 +190,10 @@ TEST(MainScreen, ThePanelsTellTheCycleAndTheCard) {
         const char* caption;
         Colour colour;
     };
-    for (const Load& load : {Load{10, "10% |", Colour::Black}, Load{74, "74% |||||||", Colour::Black},
-                             Load{75, "75% ||||||||", Colour::Yellow},
-                             Load{89, "89% |||||||||", Colour::Yellow},
-                             Load{90, "90% |||||||||", Colour::Red},
-                             Load{400, "400% |||||||||||", Colour::Red}}) {
+    for (const Load& load :
+         {Load{10, "10% |", Colour::Black}, Load{74, "74% |||||||", Colour::Black},
+          Load{75, "75% ||||||||", Colour::Yellow}, Load{89, "89% |||||||||", Colour::Yellow},
+          Load{90, "90% |||||||||", Colour::Red}, Load{400, "400% |||||||||||", Colour::Red}}) {
         run_time.Poll.LoadPercent = load.percent;
         const Label panel = main_screen(run_time, configuration).pnlBars;
         EXPECT_EQ(panel.caption, load.caption);
@@ -221,8 +218,7 @@ TEST(MainScreen, APodOnTheScreenHasItsTypeItsTipAndItsStreams) {
           Row{5, "7W", Colour::White, "ZAV 05\n7WJA 0F 1.00\n7W Universal ZAV 500V", "0-2-"},
           Row{49, "7S", Colour::Silver, "ZAV 49\n7SBA 0F 1.00\n7S Solid State 6 Pole", "----"}}) {
         const Pod pod = Pod::numbered(row.pod);
-        EXPECT_EQ(screen.lblZAVType[pod],
-                  (Label{row.type, Colour::Black, row.family, true, true}));
+        EXPECT_EQ(screen.lblZAVType[pod], (Label{row.type, Colour::Black, row.family, true, true}));
         EXPECT_EQ(screen.img_ZAV[pod].tool_tip, row.tip);
         std::string streams;
         for (int stream = 0; stream < StreamCount; ++stream)
@@ -297,12 +293,13 @@ TEST(MainWindowFailures, AreReportedUnderTheHandlersName) {
         Command command;
         const char* name;
     };
-    for (const Row& row : {Row{Command::OpenFile, "mnuConfigItem"}, Row{Command::Exit, "mnuConfigItem"},
-                           Row{Command::Trigger, "mnuOperateItem"}, Row{Command::ViewStream0, "mnuViewItem"},
-                           Row{Command::ViewStatus, "mnuViewItem"}, Row{Command::StartScanLog, "mnuLoggingItem"},
-                           Row{Command::GraphSetup, "mnuTrendItem"}, Row{Command::SelectAll, "mnuOptionsItem"},
-                           Row{Command::PrinterSetup, "mnuUtilitiesItem"}, Row{Command::Guide, "mnuGuide"},
-                           Row{Command::Keys, "mnuKeys"}, Row{Command::About, "mnuAbout"}})
+    for (const Row& row :
+         {Row{Command::OpenFile, "mnuConfigItem"}, Row{Command::Exit, "mnuConfigItem"},
+          Row{Command::Trigger, "mnuOperateItem"}, Row{Command::ViewStream0, "mnuViewItem"},
+          Row{Command::ViewStatus, "mnuViewItem"}, Row{Command::StartScanLog, "mnuLoggingItem"},
+          Row{Command::GraphSetup, "mnuTrendItem"}, Row{Command::SelectAll, "mnuOptionsItem"},
+          Row{Command::PrinterSetup, "mnuUtilitiesItem"}, Row{Command::Guide, "mnuGuide"},
+          Row{Command::Keys, "mnuKeys"}, Row{Command::About, "mnuAbout"}})
         EXPECT_EQ(location([&](MainWindow& window) { window.run(row.command); }),
                   "frmMain/" + std::string(row.name) + "_Click");
     EXPECT_EQ(location([](MainWindow& window) { window.pnlButton_DblClick(3); }),

@@ -114,9 +114,8 @@ class ClearEventCounter : public testing::Test, public UiRig {
   protected:
     ClearEventCounter() {
         station({{3, "7VJA 0F 1.00"}, {8, "8RCA 0F 1.00"}, {9, "7RAA 0F 1.00"}});
-        main_window.on(Command::ClearEventCounter, [this] {
-            clear_event_counters(commands, run_time, choose_channels());
-        });
+        main_window.on(Command::ClearEventCounter,
+                       [this] { clear_event_counters(commands, run_time, choose_channels()); });
     }
     void choose(const std::vector<int>& channels) {
         windows.at_select = [channels](SelectChannelsDialog& dialog) {

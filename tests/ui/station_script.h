@@ -1,7 +1,7 @@
 #pragma once
 
-// Scenes at the main window of a station in virtual time: what the operator and the pods do, told in
-// one line, and what comes of it, told in another.
+// Scenes at the main window of a station in virtual time: what the operator and the pods do, told
+// in one line, and what comes of it, told in another.
 
 #include <gtest/gtest.h>
 
@@ -164,17 +164,28 @@ class StationScript : public UiRig {
     void change(Pod which, const std::string& how) {
         ScriptedPod& scripted = driver.pod(which.number());
         PodConfig& own = configuration.ZavConfig[which];
-        if (how == "fails") scripted.tx_status = 1;
-        else if (how == "is silent") scripted.test.fill(std::int16_t{-1});
-        else if (how == "heals") scripted.tx_status = 0, scripted.test.fill(std::nullopt);
-        else if (how == "scans") own.ContScan = 1;
-        else if (how == "does not scan") own.ContScan = 0;
-        else if (how == "is long") own.NumChannels = 32;
-        else if (how == "is another type") own.TypeCode = Type7W;
-        else if (how == "is edited") own.ScanPeriod = 100;
-        else if (how == "is relabelled") own.Channel[0].Label = "Oven";
-        else if (how == "is out of order") run_time.Status[which].OutOfOrder = true;
-        else ADD_FAILURE() << "no such pod: " << how;
+        if (how == "fails")
+            scripted.tx_status = 1;
+        else if (how == "is silent")
+            scripted.test.fill(std::int16_t{-1});
+        else if (how == "heals")
+            scripted.tx_status = 0, scripted.test.fill(std::nullopt);
+        else if (how == "scans")
+            own.ContScan = 1;
+        else if (how == "does not scan")
+            own.ContScan = 0;
+        else if (how == "is long")
+            own.NumChannels = 32;
+        else if (how == "is another type")
+            own.TypeCode = Type7W;
+        else if (how == "is edited")
+            own.ScanPeriod = 100;
+        else if (how == "is relabelled")
+            own.Channel[0].Label = "Oven";
+        else if (how == "is out of order")
+            run_time.Status[which].OutOfOrder = true;
+        else
+            ADD_FAILURE() << "no such pod: " << how;
     }
 
     static std::string listed(const PodSet& pods) {
@@ -186,17 +197,28 @@ class StationScript : public UiRig {
         const LinkState& state = run_time.Link;
         const MainScreen shown = screen();
         for (std::string what; words >> what;) {
-            if (what == "selected") add(what + listed(state.ZavSelected));
-            else if (what == "polled") add(what + listed(state.PollTable.InPollTable));
-            else if (what == "triggered") add(what + listed(state.Triggered));
-            else if (what == "marked") add(what + listed(marked(shown)));
-            else if (what == "scanning") add(shown.pnlContScan.caption);
-            else if (what == "message") add(shown.lblMsg.caption);
-            else if (what == "panel") add("panel " + shown.pnlErr.caption);
-            else if (what == "title") add(shown.caption);
-            else if (what == "buttons") add("buttons" + buttons_of(shown));
-            else if (what == "icons") add("icons" + icons_of(shown));
-            else ADD_FAILURE() << "nothing to tell: " << what;
+            if (what == "selected")
+                add(what + listed(state.ZavSelected));
+            else if (what == "polled")
+                add(what + listed(state.PollTable.InPollTable));
+            else if (what == "triggered")
+                add(what + listed(state.Triggered));
+            else if (what == "marked")
+                add(what + listed(marked(shown)));
+            else if (what == "scanning")
+                add(shown.pnlContScan.caption);
+            else if (what == "message")
+                add(shown.lblMsg.caption);
+            else if (what == "panel")
+                add("panel " + shown.pnlErr.caption);
+            else if (what == "title")
+                add(shown.caption);
+            else if (what == "buttons")
+                add("buttons" + buttons_of(shown));
+            else if (what == "icons")
+                add("icons" + icons_of(shown));
+            else
+                ADD_FAILURE() << "nothing to tell: " << what;
         }
     }
     static PodSet marked(const MainScreen& shown) {
@@ -214,8 +236,9 @@ class StationScript : public UiRig {
         std::string text;
         for (const Icon& icon : shown.img_ZAV) {
             if (!icon.visible) continue;
-            constexpr std::array Names = {"resting", "selected", "data",     "selected+data", "error",
-                                          "log",     "selected+log", "log+data", "selected+log+data"};
+            constexpr std::array Names = {"resting",       "selected", "data",
+                                          "selected+data", "error",    "log",
+                                          "selected+log",  "log+data", "selected+log+data"};
             text += std::string(" ") + Names.at(static_cast<std::size_t>(icon.picture));
         }
         return text;

@@ -54,8 +54,8 @@ TEST(PodStatusLine, NamesTheType) {
                                                           {"7v", "Unknown ZAV  "}}) {
         std::string padded = text;
         padded.resize(36, ' ');
-        EXPECT_EQ(under(pod_status_line(Pod::at_index(0), answering(code + "J  0F  1.0"), true), "ZAV Type",
-                        "Connector"),
+        EXPECT_EQ(under(pod_status_line(Pod::at_index(0), answering(code + "J  0F  1.0"), true),
+                        "ZAV Type", "Connector"),
                   padded);
     }
 }
@@ -69,10 +69,10 @@ TEST(PodStatusLine, NamesTheConnector) {
     for (const auto& [letter, text] : texts) {
         std::string padded = text;
         padded.resize(22, ' ');
-        EXPECT_EQ(
-            under(pod_status_line(Pod::at_index(0), answering(std::string("7V") + letter + "  0F  1.0"), true),
-                  "Connector", "SP"),
-            padded);
+        EXPECT_EQ(under(pod_status_line(Pod::at_index(0),
+                                        answering(std::string("7V") + letter + "  0F  1.0"), true),
+                        "Connector", "SP"),
+                  padded);
     }
 }
 
@@ -81,16 +81,19 @@ TEST(PodStatusLine, ReadsTheCapabilityLetters) {
               "Yes         ");
     EXPECT_EQ(under(pod_status_line(Pod::at_index(0), answering("7VJB 0F 1.00"), true), "SP", "FR"),
               "No          ");
-    EXPECT_EQ(under(pod_status_line(Pod::at_index(0), answering("7VJA 0F 1.00"), true), "FR", "Software"),
-              "Yes         ");
-    EXPECT_EQ(under(pod_status_line(Pod::at_index(0), answering("7VJA 0S 1.00"), true), "FR", "Software"),
-              "No          ");
+    EXPECT_EQ(
+        under(pod_status_line(Pod::at_index(0), answering("7VJA 0F 1.00"), true), "FR", "Software"),
+        "Yes         ");
+    EXPECT_EQ(
+        under(pod_status_line(Pod::at_index(0), answering("7VJA 0S 1.00"), true), "FR", "Software"),
+        "No          ");
 }
 
 TEST(PodStatusLine, TellsOfARemovedPodUnlessItIsSelected) {
     PodStatus failed = answering("7VJA 0F 1.00");
     failed.ErrorFlag = true;
-    EXPECT_EQ(pod_status_line(Pod::at_index(8), failed, false), "09          ERROR - ZAV Removed from Poll Table");
+    EXPECT_EQ(pod_status_line(Pod::at_index(8), failed, false),
+              "09          ERROR - ZAV Removed from Poll Table");
     EXPECT_EQ(under(pod_status_line(Pod::at_index(8), failed, true), "ZAV Type", "Connector"),
               "7V Universal ZAV                    ");
 }

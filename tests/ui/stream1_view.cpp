@@ -60,8 +60,8 @@ class Stream1Test : public testing::Test, public UiRig {
     }
     void strain(int pod, int channel) { config(pod).Channel[at(channel - 1)].Mode = 60; }
 
-    Stream1View view{{commands, loop, message_line, failures, configuration, run_time,
-                      choose_channels()}};
+    Stream1View view{
+        {commands, loop, message_line, failures, configuration, run_time, choose_channels()}};
 };
 
 TEST_F(Stream1Test, HasARowForEveryChannelOfTheSelectedPods) {

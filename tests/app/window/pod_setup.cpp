@@ -33,7 +33,9 @@ class PodSetupStationTest : public testing::Test {
         QApplication::setActiveWindow(&program->window);
     }
 
-    bool started() const { return program->station.run_time.Link.PollTable.InPollTable.has(Pod::at_index(PodIndex)); }
+    bool started() const {
+        return program->station.run_time.Link.PollTable.InPollTable.has(Pod::at_index(PodIndex));
+    }
 
     // Presses Ok in every box that comes up; their texts are kept.
     void answer_boxes() {

@@ -82,8 +82,8 @@ TEST_F(MainWindowTest, ButtonsReachTheirCommandsByMouseAndByAccelerator) {
         QTest::mouseClick(&find<QPushButton>(to_qt(row.name)), Qt::LeftButton);
     EXPECT_EQ(calls, all_buttons());
     calls.clear();
-    for (const Qt::Key key : {Qt::Key_T, Qt::Key_H, Qt::Key_R, Qt::Key_N, Qt::Key_D, Qt::Key_S,
-                              Qt::Key_E}) {
+    for (const Qt::Key key :
+         {Qt::Key_T, Qt::Key_H, Qt::Key_R, Qt::Key_N, Qt::Key_D, Qt::Key_S, Qt::Key_E}) {
         const std::size_t before = calls.size();
         QTest::keyClick(window.get(), key, Qt::AltModifier);
         loop.wait_until([&] { return calls.size() > before; });  // it is seen going down first

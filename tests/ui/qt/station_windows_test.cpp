@@ -20,8 +20,8 @@
 #include "ui/interface_settings.h"
 #include "ui/qt/open_window.h"
 #include "ui/qt/qt_windows.h"
-#include "ui/stream0_view.h"
 #include "ui/status_view.h"
+#include "ui/stream0_view.h"
 #include "ui/stream1_view.h"
 #include "ui/stream2_view.h"
 #include "ui/stream3_view.h"
@@ -88,8 +88,8 @@ class StationWindows : public testing::Test, public UiRig {
     QtEventLoop qt;
     Mirrors mirrors{qt};
     Stream0View stream0{run_time, configuration, choose_channels()};
-    Stream1View stream1{{commands, loop, message_line, failures, configuration, run_time,
-                         choose_channels()}};
+    Stream1View stream1{
+        {commands, loop, message_line, failures, configuration, run_time, choose_channels()}};
     Stream2View stream2{run_time, loop};
     Stream3View stream3{run_time};
     QtWindows shown{mirrors, directory.filePath("windows.ini")};
@@ -181,8 +181,7 @@ TEST_F(StationWindows, ChannelsAreChosenByMouseAndKeyboard) {
 }
 
 TEST_F(StationWindows, StatusLinesStandUnderTheirHeader) {
-    StatusView view(
-        {discovery, message_line, failures, memory, configuration, run_time, {}});
+    StatusView view({discovery, message_line, failures, memory, configuration, run_time, {}});
     view.Form_Load();
     use("frmViewStat", &QtWindows::show_status, view, [&] {
         const auto& header = find<QLabel>("lblZAVHead");
@@ -203,8 +202,7 @@ TEST_F(StationWindows, StatusLinesStandUnderTheirHeader) {
 
 TEST_F(StationWindows, StatusWithoutASelectionShrinks) {
     click({3, 8});
-    StatusView view(
-        {discovery, message_line, failures, memory, configuration, run_time, {}});
+    StatusView view({discovery, message_line, failures, memory, configuration, run_time, {}});
     view.Form_Load();
     use("frmViewStat", &QtWindows::show_status, view, [&] {
         EXPECT_LT(form->height(), 120);
@@ -218,7 +216,7 @@ TEST_F(StationWindows, EscapeAndTheCloseButtonLeaveNoTrace) {
     const std::function<void()> ways[] = {[&] { press(Qt::Key_Escape); }, [&] { form->close(); }};
     for (const auto& leave : ways) {
         InterfaceSettingsDialog settings(
-        {discovery, dialogs, message_line, failures, configuration, run_time, {}});
+            {discovery, dialogs, message_line, failures, configuration, run_time, {}});
         settings.Form_Load();
         use("frmConfigAdap", &QtWindows::show_interface_settings, settings, [&] {
             find<QCheckBox>("chkPower").click();
@@ -250,7 +248,7 @@ TEST_F(StationWindows, StreamViewsAreClosedByEscapeAndByTheirButton) {
                                                          {"frmStrm3", "cmdOK"}};
     for (const bool by_key : {true, false}) {
         open_streams();
-        EXPECT_EQ(run_time.Poll.ViewOpen, (std::array<std::int16_t, 4>{1, 1, 1, 1}));
+        EXPECT_EQ(run_time.Poll.ViewOpen, (StreamFlags{1, 1, 1, 1}));
         for (const auto& [name, button] : views) {
             enter(name);
             if (by_key)
@@ -259,7 +257,7 @@ TEST_F(StationWindows, StreamViewsAreClosedByEscapeAndByTheirButton) {
                 QTest::mouseClick(&find<QPushButton>(button), Qt::LeftButton);
             EXPECT_EQ(open_window(name), nullptr);
         }
-        EXPECT_EQ(run_time.Poll.ViewOpen, (std::array<std::int16_t, 4>{}));
+        EXPECT_EQ(run_time.Poll.ViewOpen, (StreamFlags{}));
     }
 }
 

@@ -72,7 +72,7 @@ TEST_F(QtWindowsTest, Stream0FollowsTheReadings) {
 TEST_F(QtWindowsTest, Stream0ControlsReachTheRules) {
     windows.show_stream0(view);
     QTest::keyClick(&find<QComboBox>("cboView"), Qt::Key_Down);
-    EXPECT_EQ(run_time->Poll.ViewedZav, 6);
+    EXPECT_EQ(run_time->Poll.ViewedZav, Pod::at_index(6));
     find<QPushButton>("cmdMax").click();
     EXPECT_EQ(run_time->Status[6].PeakMax[0], NoPeakMax);
     find<QPushButton>("cmdMin").click();
