@@ -106,8 +106,8 @@ bool PollCycle::visit_stream(Pod pod, std::int16_t stream, const Moment& now) {
 }
 
 bool PollCycle::data_waits(Pod pod, std::int16_t stream) {
-    const auto result = with_.driver.Zav_Test(pod.number(), stream,
-                                              with_.configuration.Interface.CardHandle);
+    const auto result =
+        with_.driver.Zav_Test(pod.number(), stream, with_.configuration.Interface.CardHandle);
     if (result == -1) receive_error(pod);
     return result == 1;
 }

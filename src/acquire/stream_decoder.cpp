@@ -48,8 +48,8 @@ Decoded StreamDecoder::read_stream0(Pod pod, const Moment& now) {
     // Copies: a read that fails must not leave half a record behind.
     ChannelValues values = status.Reading;
     ChannelCodes codes = status.ResultCode;
-    const auto result = with_.driver.Zav_Numeric(pod.number(), ReadingStream, count, values, codes,
-                                                 card_handle());
+    const auto result =
+        with_.driver.Zav_Numeric(pod.number(), ReadingStream, count, values, codes, card_handle());
     if (result != 0) return result == 1 ? Decoded::Failed : Decoded::Nothing;
     status.Reading = values;
     status.ResultCode = codes;
@@ -190,8 +190,8 @@ void StreamDecoder::take_event_record(Pod pod, const unsigned char* record) {
 
 Decoded StreamDecoder::read_stream3(Pod pod) {
     auto& buffer = status_[pod].Stream3Text;
-    const auto result = with_.driver.Zav_String(
-        pod.number(), TextStream, std::span(buffer).first(TextBytes), card_handle());
+    const auto result = with_.driver.Zav_String(pod.number(), TextStream,
+                                                std::span(buffer).first(TextBytes), card_handle());
     if (!with_.run_time.Poll.Stream3AutoClear) {
         const std::string text = shortened_stream3_text({buffer.data(), buffer.size()});
         buffer.fill(' ');

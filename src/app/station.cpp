@@ -15,15 +15,15 @@ Station::Station(const Surroundings& surroundings)
             configuration, run_time}),
       discovery({with.driver, with.loop, with.dialogs, error_log, link_errors, failures, polling,
                  configuration, run_time}),
-      transmission({configuration, run_time.Status, run_time.Link, link, with.dialogs, failures,
-                    sent}),
+      transmission(
+          {configuration, run_time.Status, run_time.Link, link, with.dialogs, failures, sent}),
       pods({link, transmission, sent, with.driver, with.dialogs, message_line, configuration,
             run_time}),
       log_file({with.files, with.loop, failures, configuration, run_time}),
       pod_errors_(error_log, configuration.Interface, run_time),
       decoder_({with.driver, with.dialogs, pod_errors_, configuration, run_time}),
-      poll_cycle({with.driver, with.loop, *tmrPoll_, link_errors, failures, decoder_,
-                  configuration, run_time}) {
+      poll_cycle({with.driver, with.loop, *tmrPoll_, link_errors, failures, decoder_, configuration,
+                  run_time}) {
     for (PodConfig& pod : configuration.ZavConfig) default_ZAV_config(pod, NoDevice, 0);
     poll_cycle.boundary.always([this](const Moment& now) { log_file.log_scans(now); });
     poll_cycle.events.always([this](const Moment& now) {

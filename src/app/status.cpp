@@ -15,8 +15,13 @@ int print_status(Station& station, const PodSet& pods, std::ostream& out) {
     station.select_pods(pods);
     station.run_time.Link.InterfaceSelected = true;
     const auto system_info = make_host_system_info();
-    StatusView view({station.discovery, station.message_line, station.failures, *system_info,
-                     station.configuration, station.run_time, {}});
+    StatusView view({station.discovery,
+                     station.message_line,
+                     station.failures,
+                     *system_info,
+                     station.configuration,
+                     station.run_time,
+                     {}});
     view.Form_Load();
     out << StatusHeader << "\n"
         << to_utf8(view.screen.txtZAVStat.text) << "\n"

@@ -26,7 +26,10 @@ TerminalStation::TerminalStation(const CommonOptions& options, EventLoop& loop,
     : files_(make_host_files()),
       driver_(make_driver(options, *files_, loop)),
       dialogs_(messages),
-      station({*driver_, loop, dialogs_, *files_,
+      station({*driver_,
+               loop,
+               dialogs_,
+               *files_,
                {program_directory(options, *files_), keep_error_log}}) {
     station.message_line.told.always([&messages](const Message& message) {
         if (message.Severity == Severity::Error)

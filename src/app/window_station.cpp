@@ -24,8 +24,9 @@ WindowStation::WindowStation(const CommonOptions& options)
       windows_(mirrors_, memory_path(directory_)),
       pod_setup_windows_(mirrors_, dialogs_, memory_),
       desk({station, windows_, pod_setup_windows_, *system_info_, compare_held()}),
-      window(desk.main_window, [this](const std::string& path) { desk.open(path); }, mirrors_,
-             memory_path(directory_)) {
+      window(
+          desk.main_window, [this](const std::string& path) { desk.open(path); }, mirrors_,
+          memory_path(directory_)) {
     dialogs_.set_main_window(&window);
     dialogs_.set_memory(memory_);
     desk.config_files.on_used([this](const std::string& path) { window.note_recent(path); });

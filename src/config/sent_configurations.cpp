@@ -10,8 +10,7 @@ void SentConfigurations::note(Pod pod) {
 
 bool SentConfigurations::differs(Pod pod) const {
     const PodConfig& now = configured_[pod];
-    return sent_[pod] && now.TypeCode != NoDevice &&
-           *sent_[pod] != configuration_statements(now);
+    return sent_[pod] && now.TypeCode != NoDevice && *sent_[pod] != configuration_statements(now);
 }
 
 }  // namespace kavorix

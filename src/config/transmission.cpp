@@ -29,11 +29,10 @@ std::string Transmission::load_config(Pod pod) {
 std::string Transmission::statements_for(Pod pod) {
     const PodConfig& config = with_.configuration.ZavConfig[pod];
     if (GetZAVTypeCode(with_.status[pod].type_code()) != config.TypeCode) {
-        with_.dialogs.Msg_Box(
-            "ZAV type does not match the configuration ZAV type for ZAV number " +
-                two_digits(pod.number()) +
-                ".\n\nConfiguration for this ZAV will not be transmitted.",
-            box::Exclamation, ProgramName);
+        with_.dialogs.Msg_Box("ZAV type does not match the configuration ZAV type for ZAV number " +
+                                  two_digits(pod.number()) +
+                                  ".\n\nConfiguration for this ZAV will not be transmitted.",
+                              box::Exclamation, ProgramName);
         return {};
     }
     return configuration_statements(config);

@@ -203,7 +203,7 @@ bool GraphSetup::cmdOK_Click() {
     return trapped(with_.failures, "frmQCSetup/cmdOK_Click", [&] {
         if (!accepted()) return false;
         store();
-                return true;
+        return true;
     });
 }
 

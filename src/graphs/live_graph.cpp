@@ -93,9 +93,8 @@ void LiveGraph::view_graph() {
 }
 
 bool LiveGraph::every_selected_pod_has_channels() const {
-    return std::all_of(
-        with_.link.ZavSelected.begin(), with_.link.ZavSelected.end(),
-        [&](Pod pod) { return with_.graph.TrendSelected[pod] != ChannelFlags{}; });
+    return std::all_of(with_.link.ZavSelected.begin(), with_.link.ZavSelected.end(),
+                       [&](Pod pod) { return with_.graph.TrendSelected[pod] != ChannelFlags{}; });
 }
 
 void LiveGraph::start_samplers() {

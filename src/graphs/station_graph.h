@@ -22,8 +22,7 @@ class StationGraph {
     explicit StationGraph(const Surroundings& with)
         : page(with.loop),
           live({with.run_time.Graph, with.run_time.Status, with.run_time.Link,
-                with.configuration.ZavConfig, with.dialogs, with.failures, page,
-                with.window}),
+                with.configuration.ZavConfig, with.dialogs, with.failures, page, with.window}),
           setup({with.run_time.Graph, with.run_time.Status, with.run_time.Link,
                  with.configuration.ZavConfig, with.dialogs, with.failures,
                  [this] { live.printer_setup(); }}),

@@ -96,11 +96,10 @@ PodSet CommandLink::send(std::string_view text, const PodSet& pods) {
     } const guard(transmitting_);
     const Sending sending(link_);
     // Copies: both may be the state's own, which the operator changes while this waits.
-    return trapped(with_.failures, "TX/TXString",
-                   [&, command = std::string(text), targets = pods] {
-                       link_.CommandString = command;
-                       return transmit(command, targets);
-                   });
+    return trapped(with_.failures, "TX/TXString", [&, command = std::string(text), targets = pods] {
+        link_.CommandString = command;
+        return transmit(command, targets);
+    });
 }
 
 PodSet CommandLink::transmit(const std::string& text, const PodSet& pods) {

@@ -197,8 +197,8 @@ PodSet Discovery::GetStatus(std::int16_t mode, const PodSet& pods) {
 }
 
 bool Discovery::ask_for_status(Pod pod, std::string_view command) {
-    const auto status = with_.driver.Zav_Tx(pod.number(), command,
-                                            with_.configuration.Interface.CardHandle);
+    const auto status =
+        with_.driver.Zav_Tx(pod.number(), command, with_.configuration.Interface.CardHandle);
     if (status == 1) with_.errors.RxTxErr(pod, LinkFault::Transmit, AfterFault::Polled);
     return status == 0;
 }

@@ -26,9 +26,9 @@ void LinkErrors::RxTxErr(Pod pod, LinkFault kind, AfterFault after) {
 
 void LinkErrors::tell(Pod pod, LinkFault kind) {
     const bool transmit = kind == LinkFault::Transmit;
-    const std::string text = std::string(transmit ? " ERROR! - Transmit Error (ZAV:"
-                                                  : " ERROR! - Receive Error (ZAV:") +
-                             two_digits(pod.number());
+    const std::string text =
+        std::string(transmit ? " ERROR! - Transmit Error (ZAV:" : " ERROR! - Receive Error (ZAV:") +
+        two_digits(pod.number());
     message_line_.DispMsg(text + ")", Severity::Error);
     error_log_.write_line(text + "  Interface:" + hex16(card_.CardAddress) + ")");
     reports_.LastFault = transmit ? Fault::Transmit : Fault::Receive;

@@ -52,9 +52,7 @@ class StandingPods {
     StandingPods(const PodSet& pods, const LinkState& link)
         : pods_(pods), link_(link), before_(link.Interruptions) {}
 
-    bool has(Pod pod) const {
-        return pods_.has(pod) && link_.Interruptions[pod] == before_[pod];
-    }
+    bool has(Pod pod) const { return pods_.has(pod) && link_.Interruptions[pod] == before_[pod]; }
     PodSet now() const;
 
   private:

@@ -37,7 +37,8 @@ bool ProgramExit::save_changes() {
     if (answer == Answer::Cancel) return false;
     // Cancelling the file dialog also leaves the changes unsaved, without being reported as
     // abandoned.
-    return answer == Answer::No || (with_.save_file(0) == 0 && with_.configuration.ConfigChanged == 0);
+    return answer == Answer::No ||
+           (with_.save_file(0) == 0 && with_.configuration.ConfigChanged == 0);
 }
 
 void ProgramExit::leave() {

@@ -132,8 +132,7 @@ RunHeader LogFile::make_header(std::int16_t kind) const {
     header.Comment = with_.run_time.Log.*of.Comment;
     header.Date = date_number(with_.loop.wall_time());
     for (int pod = 0; pod < MaxZavs; ++pod)
-        if (with_.run_time.Status[at(pod)].*of.Marked)
-            header.Pods.push_back(make_pod(kind, pod));
+        if (with_.run_time.Status[at(pod)].*of.Marked) header.Pods.push_back(make_pod(kind, pod));
     return header;
 }
 

@@ -86,11 +86,11 @@ struct PodStatus {
     ChannelFlags SingleNew{};
     ChannelFlags SinglePending{};
 
-    bool Found = false;        // by the last discovery: it has a place on the screen
-    bool OutOfOrder = false;   // it failed, or said so of itself, at discovery; until cleared
-    bool Removed = false;      // out of the poll table after a link failure, until cleared
-    bool DataArrived = false;  // in this tick, or on a stream that is seen
-    StreamFlags StreamMarked{};       // the stream's indicator shows its number
+    bool Found = false;          // by the last discovery: it has a place on the screen
+    bool OutOfOrder = false;     // it failed, or said so of itself, at discovery; until cleared
+    bool Removed = false;        // out of the poll table after a link failure, until cleared
+    bool DataArrived = false;    // in this tick, or on a stream that is seen
+    StreamFlags StreamMarked{};  // the stream's indicator shows its number
     std::optional<Moment> ReadingAt;  // of the last stream-0 record
     // The type code in the identification: its first two characters.
     std::string_view type_code() const { return {Ident.data(), 2}; }
@@ -136,7 +136,7 @@ struct LinkState {
     std::int32_t SessionErrorCount = 0;
     std::array<std::int16_t, 4> IeeeBytes{};
     bool TransmitDelayDone = false;
-    int Sending = 0;               // pieces of work that talk to the pods, one inside the other
+    int Sending = 0;              // pieces of work that talk to the pods, one inside the other
     std::int16_t PollTick = 100;  // ms
     std::vector<std::int16_t> ExcludeAddresses;
     std::array<char, 34> DllVersion{};
@@ -168,7 +168,7 @@ struct Reports {
 
 // The operator's choices for the main window.
 struct OperatorOptions {
-    bool Expanded = false;          // with the stream indicators
+    bool Expanded = false;         // with the stream indicators
     bool TransmitReminder = true;  // after a change of a configuration
 };
 

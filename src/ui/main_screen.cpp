@@ -125,8 +125,7 @@ IconState icon_state(const RunTime& run_time, Pod pod) {
     if (status.Removed) return IconState::Removed;
     const bool logged = run_time.Log.running() && status.marked_for_log();
     const int state = static_cast<int>(logged ? IconState::LoggingResting : IconState::Resting) +
-                      (status.DataArrived ? 2 : 0) +
-                      (run_time.Link.ZavSelected.has(pod) ? 1 : 0);
+                      (status.DataArrived ? 2 : 0) + (run_time.Link.ZavSelected.has(pod) ? 1 : 0);
     return static_cast<IconState>(state);
 }
 

@@ -68,8 +68,7 @@ void MainWindow::press(const ButtonRow& button) {
     run(button.id, button.trace, action_of(button.id));
 }
 
-void MainWindow::run(Command command, std::string_view trace,
-                     const std::function<void()>& action) {
+void MainWindow::run(Command command, std::string_view trace, const std::function<void()>& action) {
     if (available(command)) handler(trace, action);
 }
 

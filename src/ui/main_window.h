@@ -43,8 +43,8 @@ class MainWindow {
     void run(Command command, const std::function<void()>& action);
 
     void img_ZAV_Click(Pod pod);
-    // A menu of what can be done with a pod is about to open: a pod that is not selected becomes the
-    // only one that is.
+    // A menu of what can be done with a pod is about to open: a pod that is not selected becomes
+    // the only one that is.
     void select_for_menu(Pod pod);
     void img_4A_Click();
     void pnlErr_DblClick();

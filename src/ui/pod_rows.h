@@ -21,8 +21,7 @@ inline std::vector<Pod> selected_pods(const LinkState& link) {
 }
 
 // A list of pods to choose from: "03 - 7V", the code being the pod's index.
-inline std::vector<ListEntry> pod_entries(const std::vector<Pod>& pods,
-                                          const PodStatuses& status) {
+inline std::vector<ListEntry> pod_entries(const std::vector<Pod>& pods, const PodStatuses& status) {
     std::vector<ListEntry> entries;
     for (const Pod pod : pods)
         entries.push_back(

@@ -3,8 +3,7 @@
 namespace kavorix {
 
 void toggle_selected(LinkState& link, Pod pod) {
-    if (link.PollTable.InPollTable.has(pod))
-        link.ZavSelected.set(pod, !link.ZavSelected.has(pod));
+    if (link.PollTable.InPollTable.has(pod)) link.ZavSelected.set(pod, !link.ZavSelected.has(pod));
 }
 
 void select_alone(LinkState& link, Pod pod) {

@@ -37,8 +37,7 @@ std::optional<StrainReply> StrainInitialisation::receive_error() {
 }
 
 StrainInitialisation::Data StrainInitialisation::test() {
-    const std::int16_t result =
-        driver_.Zav_Test(pod_.number(), RequestStream, card_handle_);
+    const std::int16_t result = driver_.Zav_Test(pod_.number(), RequestStream, card_handle_);
     if (result == -1) return Data::Error;
     return result == 1 ? Data::Waiting : Data::None;
 }
@@ -49,8 +48,7 @@ bool StrainInitialisation::read(StrainReply& reply) {
     std::int16_t code = 0;
     std::int16_t count = 2;
     const std::int16_t status =
-        driver_.Zav_Numeric(pod_.number(), RequestStream, count, values,
-                            {&code, 1}, card_handle_);
+        driver_.Zav_Numeric(pod_.number(), RequestStream, count, values, {&code, 1}, card_handle_);
     reply = {values[0], values[1]};
     return status != 1 && code <= HighestValidCode && std::isfinite(values[0]) &&
            std::isfinite(values[1]);

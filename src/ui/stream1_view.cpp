@@ -224,8 +224,7 @@ GridCell Stream1View::data_cell(const Row& row) const {
 
 GridCell Stream1View::cell(int row_index, int column) const {
     const Row& row = rows_[at(row_index)];
-    const ChannelConfig& config =
-        with_.configuration.ZavConfig[row.pod].Channel[at(row.channel)];
+    const ChannelConfig& config = with_.configuration.ZavConfig[row.pod].Channel[at(row.channel)];
     switch (column) {
         case PodColumn:
             return {two_digits(row.pod.number())};

@@ -45,8 +45,7 @@ void Stream2View::unload() {
 
 void Stream2View::cboView_Click(int list_index) {
     screen.cboView.index = list_index;
-    run_time_.Poll.ViewedZav =
-        Pod::at_index(screen.cboView.code(run_time_.Poll.ViewedZav.index()));
+    run_time_.Poll.ViewedZav = Pod::at_index(screen.cboView.code(run_time_.Poll.ViewedZav.index()));
     start_anew();
 }
 

@@ -17,8 +17,7 @@ void Stream3View::load() {
     for (PodStatus& status : run_time_.Status) status.StreamSeen[TextStream] = false;
     run_time_.Poll.ViewOpen[TextStream] = true;
     shown_.clear();
-    for (const Pod pod : pods_)
-        shown_.push_back(printable_text(run_time_.Status[pod]));
+    for (const Pod pod : pods_) shown_.push_back(printable_text(run_time_.Status[pod]));
     changed_.start(pods_.size());
     ++layout_;
 }

@@ -82,10 +82,10 @@ class Rig {
     LinkErrors errors{message_line, error_log, configuration.Interface, run_time};
     std::unique_ptr<Timer> tmrPoll = loop.make_timer([this] { cycle.tmrPoll_Timer(); });
     Polling polling{*tmrPoll, run_time.Poll, run_time.Link};
-    CommandLink link{{driver, loop, dialogs, message_line, errors, failures, polling, configuration,
-                      run_time}};
-    Discovery discovery{{driver, loop, dialogs, error_log, errors, failures, polling, configuration,
-                         run_time}};
+    CommandLink link{
+        {driver, loop, dialogs, message_line, errors, failures, polling, configuration, run_time}};
+    Discovery discovery{
+        {driver, loop, dialogs, error_log, errors, failures, polling, configuration, run_time}};
     PodErrors pod_errors{error_log, configuration.Interface, run_time};
     StreamDecoder decoder{{driver, dialogs, pod_errors, configuration, run_time}};
     PollCycle cycle{{driver, loop, *tmrPoll, errors, failures, decoder, configuration, run_time}};
@@ -121,7 +121,9 @@ class Rig {
 
     PodStatus& status(int pod) { return run_time.Status[Pod::numbered(pod)]; }
     PodConfig& config(int pod) { return configuration.ZavConfig[Pod::numbered(pod)]; }
-    bool polled(int pod) const { return run_time.Link.PollTable.InPollTable.has(Pod::numbered(pod)); }
+    bool polled(int pod) const {
+        return run_time.Link.PollTable.InPollTable.has(Pod::numbered(pod));
+    }
     bool selected(int pod) const { return run_time.Link.ZavSelected.has(Pod::numbered(pod)); }
 
     // The error log as it stands on disk.

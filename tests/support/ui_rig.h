@@ -28,8 +28,8 @@ class UiRig : public Rig {
         {link, transmission, sent, driver, dialogs, message_line, configuration, run_time}};
     ProgramExit program_exit{{driver, dialogs, error_log, failures, polling, configuration,
                               run_time, [this](std::int16_t as) { return save_file(as); }}};
-    MainWindow main_window{{pods, dialogs, failures, configuration, run_time,
-                            [this] { program_exit.ExitKAVORIX(); }}};
+    MainWindow main_window{
+        {pods, dialogs, failures, configuration, run_time, [this] { program_exit.ExitKAVORIX(); }}};
 
     // What the main window shows now.
     MainScreen screen() const { return main_window.screen(); }

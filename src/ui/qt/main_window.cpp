@@ -119,9 +119,8 @@ void QtMainWindow::add_action(QMenu& menu, const CommandRow& row) {
     action.setCheckable(row.checked != nullptr);
     action.setMenuRole(QAction::NoRole);
     actions_.emplace_back(&action, row.id);
-    connect(&action, &QAction::triggered, this, [this, command = row.id] {
-        mirrors_.loop().dispatch([&] { rules_.run(command); });
-    });
+    connect(&action, &QAction::triggered, this,
+            [this, command = row.id] { mirrors_.loop().dispatch([&] { rules_.run(command); }); });
 }
 
 void QtMainWindow::build_recent_menu() {

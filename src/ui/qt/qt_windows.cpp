@@ -15,9 +15,7 @@
 namespace kavorix {
 
 QtWindows::QtWindows(Mirrors& mirrors, const QString& memory_path)
-    : mirrors_(mirrors),
-      memory_(memory_path),
-      guide_(documents_folder(), memory_) {}
+    : mirrors_(mirrors), memory_(memory_path), guide_(documents_folder(), memory_) {}
 
 QtWindows::~QtWindows() = default;
 
