@@ -309,29 +309,6 @@ TEST_F(LogFileTest, TheIntervalIsTheChoiceOrThePollRate) {
     EXPECT_EQ(state().ScanLogInterval, 30000);
 }
 
-TEST_F(LogFileTest, StoppingPutsTheIconsOfLoggedPodsBack) {
-    const std::int16_t before[] = {Resting,
-                                   LoggingResting,
-                                   SelectedLoggingResting,
-                                   LoggingDataArrived,
-                                   SelectedLoggingDataArrived,
-                                   Removed};
-    const std::int16_t after[] = {
-        Resting, Resting, SelectedResting, DataArrived, SelectedDataArrived, Removed};
-    for (int pod = 1; pod <= 6; ++pod) {
-        rig.add_pod(pod, "7R");
-        rig.status(pod).IconState = before[pod - 1];
-    }
-    rig.status(2).LogScan = 0;  // marked for events alone
-    rig.status(7).IconState = LoggingResting;
-    rig.log.Start_Log_File(ScanLog);
-    rig.log.Stop_Log_File(ScanLog);
-    for (int pod = 1; pod <= 6; ++pod) EXPECT_EQ(rig.status(pod).IconState, after[pod - 1]) << pod;
-    EXPECT_EQ(rig.status(7).IconState, LoggingResting);
-    EXPECT_EQ(rig.screen.img_ZAV[2].picture, Picture::imgZAV);
-    EXPECT_EQ(rig.screen.img_ZAV[3].picture, Picture::img1ZAV_D);
-}
-
 TEST_F(LogFileTest, AStopWaitsForTheRecordThatIsBeingAdded) {
     rig.log.Start_Log_File(ScanLog);
     state().LogBusy = 1;
