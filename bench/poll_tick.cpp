@@ -121,31 +121,6 @@ class LeanDriver : public Driver {
     Readings readings_;
 };
 
-// Shows the visible rows of the stream-0 view at every poll boundary.
-class Consumers : public PollConsumers {
-  public:
-    explicit Consumers(Stream0View& view) : view_(view) {}
-    std::size_t text_bytes = 0;
-
-    void refresh_stream0() override {
-        view_.refresh();
-        const int columns = static_cast<int>(view_.headings().size());
-        for (const int row : view_.take_changed_rows()) {
-            if (row >= VisibleRows) continue;
-            for (int column = 0; column < columns; ++column)
-                text_bytes += view_.cell(row, column).text.size();
-        }
-    }
-    void refresh_stream1() override {}
-    void show_events() override {}
-    void Write_Log_File(std::int16_t, std::int16_t, std::int32_t) override {}
-    bool graph_exists() override { return false; }
-    void WRUpdateData(std::span<const float>) override {}
-
-  private:
-    Stream0View& view_;
-};
-
 // A started station of fifty pods, triggered, polled with the lean driver.
 class Network {
   public:
@@ -153,16 +128,16 @@ class Network {
         std::vector<test::Rig::PodAt> pods;
         for (int pod = 1; pod <= MaxZavs; ++pod) pods.push_back({pod, "7RJA 0F 1.00"});
         rig_.station(pods);
-        rig_.run_time.Link.ZavSelected.fill(1);
-        rig_.run_time.Link.Triggered.fill(1);
-        rig_.run_time.Link.NumSelected = MaxZavs;
+        rig_.run_time.Link.ZavSelected = rig_.run_time.Link.Triggered = PodSet::all();
         rig_.configuration.Interface.PollRate = 100;  // every tick is a poll boundary
         rig_.tmrPoll->start(100);
     }
 
+    // The view shows its visible rows at every poll boundary.
     void open_view() {
         view_.load();
         view_.cmdToggle_Click();
+        cycle_.boundary.always([this](const Moment&) { show_changed_rows(); });
     }
     Network& warm_up() {
         for (int i = 0; i < WarmUpTicks; ++i) tick();
@@ -172,9 +147,9 @@ class Network {
     double tick() {
         rig_.loop.advance(100);
         driver_.next_tick();
-        for (int pod = 0; pod < MaxZavs; ++pod) {
-            rig_.run_time.Link.StreamRequests[at(pod)] = "ME5;";
-            rig_.run_time.Poll.RequestKinds[at(pod)].clear();
+        for (const Pod pod : all_pods()) {
+            rig_.run_time.Link.StreamRequests[pod] = "ME5;";
+            rig_.run_time.Link.RequestKinds[pod].clear();
         }
         const auto start = Clock::now();
         cycle_.tmrPoll_Timer();
@@ -182,24 +157,32 @@ class Network {
     }
     void check(benchmark::State& state) const {
         const PollState& poll = rig_.run_time.Poll;
-        if (poll.PollCount < WarmUpTicks || poll.LastEvent.back() != EventTableSize - 1 ||
-            rig_.run_time.Link.PollTable.NumInPoll != MaxZavs)
+        if (poll.PollCount < WarmUpTicks ||
+            poll.LastEvent[Pod::numbered(MaxZavs)] != EventTableSize - 1 ||
+            rig_.run_time.Link.PollTable.NumInPoll() != MaxZavs)
             state.SkipWithError("the network did not do its work");
     }
-    std::size_t text_bytes() const { return consumers_.text_bytes; }
+    std::size_t text_bytes() const { return text_bytes_; }
 
   private:
+    void show_changed_rows() {
+        view_.refresh();
+        const int columns = static_cast<int>(view_.headings().size());
+        for (const int row : view_.take_changed_rows()) {
+            if (row >= VisibleRows) continue;
+            for (int column = 0; column < columns; ++column)
+                text_bytes_ += view_.cell(row, column).text.size();
+        }
+    }
+
     test::Rig rig_;
     LeanDriver driver_;
-    CommandLink::Surroundings surroundings_{driver_,       rig_.loop,         rig_.dialogs,
-                                            rig_.screen,   rig_.message_line, rig_.error_log,
-                                            rig_.failures, rig_.main_window,  rig_.configuration,
-                                            rig_.run_time, *rig_.tmrPoll};
-    CommandLink link_{surroundings_};
-    StreamDecoder decoder_{surroundings_, link_, rig_.pod_errors};
+    StreamDecoder decoder_{
+        {driver_, rig_.dialogs, rig_.pod_errors, rig_.configuration, rig_.run_time}};
     Stream0View view_{rig_.run_time, rig_.configuration};
-    Consumers consumers_{view_};
-    PollCycle cycle_{surroundings_, link_, decoder_, consumers_};
+    PollCycle cycle_{{driver_, rig_.loop, *rig_.tmrPoll, rig_.errors, rig_.failures, decoder_,
+                      rig_.configuration, rig_.run_time}};
+    std::size_t text_bytes_ = 0;
 };
 
 double median(std::vector<double>& values) {

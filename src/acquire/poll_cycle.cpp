@@ -79,7 +79,8 @@ void PollCycle::measure_load(std::int32_t elapsed_ms) {
 
 void PollCycle::indicator_pass() {
     for (PodStatus& status : status_) {
-        status.StreamMarked = status.StreamSeen;
+        for (std::size_t s = 0; s < StreamCount; ++s)
+            status.StreamMarked[s] = status.StreamMarked[s] && status.StreamSeen[s];
         status.DataArrived = status.DataArrived && any(status.StreamSeen);
     }
 }

@@ -33,8 +33,7 @@ class PollCycle {
     //
     // A stream-0 record of a pod was read and stored.
     Signal<Pod, const Moment&> reading;
-    // A poll rate has passed: PollCount is the new one. Answers on stream 1 that have come
-    // (Stream1Arrived) count as told afterwards.
+    // A poll rate has passed: PollCount is the new one.
     Signal<const Moment&> boundary;
     // Events wait to be shown or logged; who takes them says so by take_events().
     Signal<const Moment&> events;
