@@ -138,13 +138,6 @@ TEST_F(CommandLinkTest, WithoutPodsTheDelaysAreStillWaited) {
     EXPECT_EQ(loop.elapsed_ms(), 30);
 }
 
-TEST_F(CommandLinkTest, TheCommandStringGoesToTheSelectedPods) {
-    select({5, 50});
-    state.CommandString = "SE;";
-    EXPECT_EQ(pods_with(link.TXString()), (Pods{5, 50}));
-    EXPECT_EQ(driver.recorded("Tx"), (Lines{"Tx 5 SE", "Tx 50 SE"}));
-}
-
 TEST_F(CommandLinkTest, ProgressIsToldWhileSendingAndGoneAfterwards) {
     Lines seen;
     driver.at_call([&](const test::DriverCall&) {
