@@ -119,6 +119,7 @@ void each_include(const SourceFile& file,
 const Arrows& house_arrows() {
     static const Arrows Table = {
         {"base", {}},
+        {"toml", {"base"}},
         {"platform", {"base"}},
         {"model", {"platform"}},
         {"link", {"model"}},
@@ -128,7 +129,7 @@ const Arrows& house_arrows() {
         {"graphs", {"config", "acquire"}},
         {"ui", {"logging", "graphs"}},
         {"ui/qt", {"ui"}},
-        {"sim", {"platform"}},
+        {"sim", {"platform", "toml"}},
         {"app", {"ui/qt", "sim"}},
     };
     return Table;
