@@ -123,6 +123,7 @@ const Arrows& house_arrows() {
         {"platform", {"base"}},
         {"model", {"platform"}},
         {"link", {"model"}},
+        {"alarms", {"model", "toml"}},
         {"config", {"link"}},
         {"acquire", {"link"}},
         {"logging", {"config", "acquire"}},
@@ -130,7 +131,7 @@ const Arrows& house_arrows() {
         {"ui", {"logging", "graphs"}},
         {"ui/qt", {"ui"}},
         {"sim", {"platform", "toml"}},
-        {"app", {"ui/qt", "sim"}},
+        {"app", {"ui/qt", "alarms", "sim"}},
     };
     return Table;
 }
