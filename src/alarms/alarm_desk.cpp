@@ -14,11 +14,6 @@ std::int64_t milliseconds(double seconds) {
     return static_cast<std::int64_t>(seconds * 1000);
 }
 
-bool is_plain(AlarmState state) {
-    return state.life == AlarmLife::Normal &&
-           (state.withheld & ~static_cast<int>(Suppressed)) == NotWithheld;
-}
-
 }  // namespace
 
 AlarmDesk::AlarmDesk(Files& files, JournalPlace place, AlarmMoment now)
@@ -41,7 +36,7 @@ void AlarmDesk::restore(Files& files, const JournalPlace& place) {
         next_number_ = std::max(next_number_, record.number + 1);
         if (record.of_alarm) restored_.insert_or_assign(alarm_id(record.rule), std::move(record));
     }
-    std::erase_if(restored_, [](const auto& entry) { return is_plain(entry.second.after); });
+    std::erase_if(restored_, [](const auto& entry) { return entry.second.after.idle(); });
 }
 
 void AlarmDesk::begin_call(AlarmMoment now) {
@@ -68,7 +63,7 @@ void AlarmDesk::set_rules(std::vector<AlarmRule> rules, AlarmMoment now) {
     alarms_.clear();
     for (AlarmRule& rule : rules) alarms_.push_back(take_over(std::move(rule), before));
     for (auto& [id, alarm] : before) {
-        if (is_plain(alarm.state)) continue;
+        if (alarm.state.idle()) continue;
         const AlarmState was = std::exchange(alarm.state, AlarmState{});
         record(alarm, RecordEvent::RuleRemoved, was, {});
     }
@@ -232,6 +227,7 @@ void AlarmDesk::take_changes(std::span<const ConditionChange> changes) {
         Alarm& alarm = alarms_[change.alarm];
         alarm.value = change.value;
         if (change.active) {
+            suppress_with_its_pod(change.alarm);
             alarm.occurrence = next_number_;
             alarm.since_utc_ms = now_.utc_ms;
         }
@@ -244,16 +240,26 @@ void AlarmDesk::take_changes(std::span<const ConditionChange> changes) {
 }
 
 // Once suppressed, a pod's alarms wait for its first reading, so that none comes from what was true
-// before it was lost.
+// before it was lost. Those that have returned and wait to be seen stay: they tell what was, and
+// the end of suppressing would make them normal.
 void AlarmDesk::align_suppression(PodState& pod) {
     const bool lost = pod.lost && alarms_[*pod.lost].state.active();
     pod.suppressed = lost || (pod.suppressed && !pod.answered);
     for (const std::size_t index : pod.alarms) {
-        const bool is = (alarms_[index].state.withheld & Suppressed) != 0;
-        if (is == pod.suppressed) continue;
-        apply(index, pod.suppressed ? AlarmEvent::Suppress : AlarmEvent::Unsuppress,
-              pod.suppressed ? RecordEvent::Suppressed : RecordEvent::Unsuppressed, {});
+        const AlarmState state = alarms_[index].state;
+        if (pod.suppressed && state.life != AlarmLife::Returned)
+            suppress_with_its_pod(index);
+        else if (!pod.suppressed && (state.withheld & Suppressed) != 0)
+            apply(index, AlarmEvent::Unsuppress, RecordEvent::Unsuppressed, {});
     }
+}
+
+void AlarmDesk::suppress_with_its_pod(std::size_t index) {
+    const Alarm& alarm = alarms_[index];
+    if (alarm.rule.pod == 0 || alarm.rule.kind == AlarmKind::Lost) return;
+    const PodState& pod = pods_[static_cast<std::size_t>(alarm.rule.pod - 1)];
+    if (pod.suppressed && (alarm.state.withheld & Suppressed) == 0)
+        apply(index, AlarmEvent::Suppress, RecordEvent::Suppressed, {});
 }
 
 void AlarmDesk::add_deadline(std::int64_t at_ms) {
@@ -460,7 +466,7 @@ void AlarmDesk::record(const Alarm& alarm, RecordEvent event, AlarmState before,
 std::vector<AlarmRecord> AlarmDesk::carried() {
     std::vector<AlarmRecord> records;
     for (const Alarm& alarm : alarms_)
-        if (!is_plain(alarm.state))
+        if (!alarm.state.idle())
             records.push_back(
                 entry_of(alarm, RecordEvent::Carried, alarm.state, {{}, alarm.comment}));
     for (const auto& [id, last] : restored_) {

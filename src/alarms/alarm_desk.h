@@ -24,8 +24,8 @@ struct Alarm {
     AlarmRule rule;
     std::string id;
     AlarmState state;
-    double value = std::numeric_limits<double>::quiet_NaN();  // that made its condition come or go
-    std::uint64_t occurrence = 0;                             // see AlarmRecord
+    float value = std::numeric_limits<float>::quiet_NaN();  // that made its condition come or go
+    std::uint64_t occurrence = 0;                           // see AlarmRecord
     std::int64_t since_utc_ms = 0;  // when its condition last came; 0: never
     std::int64_t shelf_utc_ms = NotShelved;
     std::string comment;  // of the last who acted on it
@@ -131,6 +131,7 @@ class AlarmDesk {
     void after(Alarm& alarm, AlarmEvent event);
     void end_one_shot(std::size_t index);
     void align_suppression(PodState& pod);
+    void suppress_with_its_pod(std::size_t index);
     void pass_deadlines();
     void add_deadline(std::int64_t at_ms);
     void record(const Alarm& alarm, RecordEvent event, AlarmState before, const OperatorNote& note);

@@ -64,19 +64,23 @@ std::string unescaped(std::string_view text) {
     return result;
 }
 
-template <class Whole>
-bool read_whole(std::string_view text, Whole& value) {
+template <class Number>
+bool read_from(std::string_view text, Number& value) {
     const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
     return result.ec == std::errc() && result.ptr == text.data() + text.size();
 }
 
-bool read_number(std::string_view text, double& value) {
-    if (text.empty()) {
-        value = std::numeric_limits<double>::quiet_NaN();
-        return true;
-    }
-    const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-    return result.ec == std::errc() && result.ptr == text.data() + text.size();
+// The shortest text that gives the same single again; nothing for what is no number.
+std::string single_text(float value) {
+    if (!std::isfinite(value)) return {};
+    std::array<char, 32> text{};
+    const auto end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
+    return {text.data(), end};
+}
+
+bool read_single(std::string_view text, float& value) {
+    value = std::numeric_limits<float>::quiet_NaN();
+    return text.empty() || read_from(text, value);
 }
 
 bool read_time(std::string_view text, std::int64_t& value) {
@@ -131,12 +135,12 @@ bool read_alarm(const std::vector<std::string_view>& fields, AlarmRecord& record
     rule.label = unescaped(fields[7]);
     rule.unit = unescaped(fields[13]);
     rule.latch = fields[18] == "1";
-    return read_whole(fields[5], rule.pod) && read_whole(fields[6], rule.channel) &&
-           read_name(fields[8], rule.kind, KindNames) && read_whole(fields[9], rule.severity) &&
+    return read_from(fields[5], rule.pod) && read_from(fields[6], rule.channel) &&
+           read_name(fields[8], rule.kind, KindNames) && read_from(fields[9], rule.severity) &&
            rule.severity >= LowestSeverity && rule.severity <= HighestSeverity &&
-           read_number(fields[12], record.value) && read_number(fields[14], rule.limit) &&
-           read_number(fields[15], rule.hysteresis) && read_number(fields[16], rule.on_delay_s) &&
-           read_number(fields[17], rule.off_delay_s) && read_whole(fields[19], record.occurrence) &&
+           read_single(fields[12], record.value) && read_from(fields[14], rule.limit) &&
+           read_from(fields[15], rule.hysteresis) && read_from(fields[16], rule.on_delay_s) &&
+           read_from(fields[17], rule.off_delay_s) && read_from(fields[19], record.occurrence) &&
            read_time(fields[20], record.since_utc_ms) && rule.pod >= 0 && rule.pod <= MaxZavs &&
            fields[4] == alarm_id(rule);
 }
@@ -151,7 +155,7 @@ std::vector<std::string> alarm_fields(const AlarmRecord& record) {
             std::to_string(rule.severity),
             state_name(record.before),
             state_name(record.after),
-            std::isfinite(record.value) ? shortest(record.value) : "",
+            single_text(record.value),
             escaped(rule.unit),
             shortest(rule.limit),
             shortest(rule.hysteresis),
@@ -167,8 +171,8 @@ std::vector<std::string> alarm_fields(const AlarmRecord& record) {
 std::optional<int> parse_offset(std::string_view text) {
     int hours = 0, minutes = 0;
     if (text.size() != 6 || text[3] != ':' || (text[0] != '+' && text[0] != '-') ||
-        !read_whole(text.substr(1, 2), hours) || !read_whole(text.substr(4), minutes) ||
-        hours > 23 || minutes > 59)
+        !read_from(text.substr(1, 2), hours) || !read_from(text.substr(4), minutes) || hours > 23 ||
+        minutes > 59)
         return std::nullopt;
     return (text[0] == '-' ? -1 : 1) * (hours * 60 + minutes);
 }
@@ -196,7 +200,7 @@ bool parse_parts(std::string_view text, WallTime& time) {
             text.remove_prefix(1);
         }
         if (text.size() < part.digits ||
-            !read_whole(text.substr(0, part.digits), time.*part.value) ||
+            !read_from(text.substr(0, part.digits), time.*part.value) ||
             time.*part.value > part.most || time.*part.value < 0)
             return false;
         text.remove_prefix(part.digits);
@@ -273,7 +277,7 @@ std::optional<AlarmRecord> parse_journal_line(std::string_view line) {
         return std::nullopt;
     const std::vector<std::string_view> fields = split(line, '\t');
     AlarmRecord record;
-    if (fields.size() != Fields || !read_whole(fields[0], record.number) ||
+    if (fields.size() != Fields || !read_from(fields[0], record.number) ||
         !read_time(fields[1], record.utc_ms) || fields[2].size() < 6 ||
         !read_name(fields[3], record.event, EventNames))
         return std::nullopt;

@@ -58,7 +58,7 @@ struct AlarmRecord {
         false;  // false: start, stop, silenced and gap, which have no rule and no states
     AlarmState before;
     AlarmState after;
-    double value = std::numeric_limits<double>::quiet_NaN();  // see ConditionChange
+    float value = std::numeric_limits<float>::quiet_NaN();  // see ConditionChange
     std::uint64_t occurrence = 0;   // number of the entry with which the condition came; 0: none
     std::int64_t since_utc_ms = 0;  // when that was
     std::int64_t shelf_utc_ms = NotShelved;  // end of the shelf

@@ -48,6 +48,11 @@ struct AlarmState {
         return withheld == NotWithheld &&
                (life == AlarmLife::Unacknowledged || life == AlarmLife::Latched);
     }
+    // Nothing to show and nothing to keep: normal, at most suppressed, which the alarm that does it
+    // tells.
+    bool idle() const {
+        return life == AlarmLife::Normal && (withheld & ~unsigned{Suppressed}) == NotWithheld;
+    }
     bool operator==(const AlarmState&) const = default;
 };
 

@@ -1,6 +1,7 @@
 // The commands alarms check, alarms list and alarms history.
 
 #include <algorithm>
+#include <cmath>
 #include <map>
 #include <memory>
 #include <ostream>
@@ -83,10 +84,10 @@ std::string time_of(std::int64_t utc_ms, int offset_min) {
 }
 
 std::string value_of(const AlarmRecord& record) {
-    if (!(record.value == record.value)) return {};
-    const std::string value = general(static_cast<float>(record.value));
-    const bool has_unit = alarm_kind(record.rule.kind).limit == LimitOf::Value;
-    return has_unit && !record.rule.unit.empty() ? value + " " + record.rule.unit : value;
+    const LimitOf limit = alarm_kind(record.rule.kind).limit;
+    if (limit == LimitOf::Nothing || std::isnan(record.value)) return {};
+    const std::string value = general(record.value);
+    return limit == LimitOf::Value ? value + " " + record.rule.unit : value;
 }
 
 std::string limit_of(const AlarmRecord& record) {
@@ -108,7 +109,7 @@ int list(const CommandLine& line) {
         if (record.of_alarm) last[alarm_id(record.rule)] = &record;
     std::vector<const AlarmRecord*> listed;
     for (const auto& [id, record] : last)
-        if (!(record->after == AlarmState{})) listed.push_back(record);
+        if (!record->after.idle()) listed.push_back(record);
     const auto place = [](const AlarmRecord* of) {
         return list_place(of->after, of->rule.severity, of->since_utc_ms, of->occurrence);
     };

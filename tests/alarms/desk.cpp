@@ -169,6 +169,23 @@ TEST(AlarmDesk, AShortLossIsSuppressedByItsDelayAndSuppressesNothing) {
     EXPECT_EQ(rig.take_told(), Told{"4/1/high unsuppressed unacknowledged"});
 }
 
+// What nobody has seen yet is not wiped out by a pod that falls silent for a while.
+TEST(AlarmDesk, AReturnedAlarmOutlivesTheLossOfItsPod) {
+    DeskRig rig({rule("4/1/high", 1), rule("4/stale", 5), rule("4/lost")});
+    rig.scan(4, {2});
+    rig.scan(4, {0});
+    rig.pass(6000);
+    rig.scan(4, {0});
+    rig.take_told();
+    rig.desk->pod_lost(3, rig.now);
+    EXPECT_EQ(rig.ids(AlarmList::Active), (Ids{"4/lost", "4/stale", "4/1/high"}));
+    rig.pass(6000);  // stale comes again, beneath
+    EXPECT_EQ(rig.ids(AlarmList::Active), (Ids{"4/lost", "4/1/high"}));
+    rig.scan(4, {0});
+    EXPECT_EQ(rig.state("4/1/high"), "returned");
+    EXPECT_EQ(rig.state("4/stale"), "normal");
+}
+
 TEST(AlarmDesk, StaleReadingsUntilNoneAreExpected) {
     DeskRig rig({rule("4/stale", 5), rule("4/1/stale", 8)});
     rig.pass(60'000);  // nothing was read yet

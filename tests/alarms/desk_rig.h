@@ -3,7 +3,9 @@
 // A desk on files in memory, at a moment that the test moves on. rule("4/1/high", 2.0) is a rule in
 // short; scan(4, {1.5}) a reading of pod 4; told collects "4/1/high comes unacknowledged".
 
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "alarms/alarm_desk.h"
