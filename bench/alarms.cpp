@@ -11,48 +11,17 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
-#include <cstdlib>
-#include <new>
 #include <random>
 #include <vector>
 
 #include "alarms/alarm_desk.h"
+#include "support/counted_memory.h"
 #include "support/memory_files.h"
 
 namespace {
 
-std::size_t allocations = 0;
-
-void* counted(std::size_t size) {
-    ++allocations;
-    if (void* memory = std::malloc(std::max<std::size_t>(size, 1))) return memory;
-    throw std::bad_alloc();
-}
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-    return counted(size);
-}
-void* operator new[](std::size_t size) {
-    return counted(size);
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete[](void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
-void operator delete[](void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
-
-namespace {
-
 using namespace kavorix;
+using test::allocations;
 using Clock = std::chrono::steady_clock;
 
 constexpr std::array Kinds = {AlarmKind::HighHigh, AlarmKind::High, AlarmKind::Low,
