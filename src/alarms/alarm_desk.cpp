@@ -135,6 +135,7 @@ void AlarmDesk::restore_into(Alarm& alarm) {
 
 void AlarmDesk::index_alarms() {
     by_id_.clear();
+    journal_alarm_.reset();
     for (PodState& pod : pods_) {
         pod.alarms.clear();
         pod.lost.reset();
@@ -150,6 +151,7 @@ void AlarmDesk::index_alarms() {
         active.push_back(alarm.state.active());
         if (alarm.shelf_utc_ms > 0) add_deadline(alarm.shelf_end_ms);
         if (alarm.realarm_ms > 0) add_deadline(alarm.realarm_ms);
+        if (alarm.rule.kind == AlarmKind::JournalUnwritable) journal_alarm_ = i;
         if (alarm.rule.pod == 0) continue;
         PodState& pod = pods_[static_cast<std::size_t>(alarm.rule.pod - 1)];
         if (alarm.rule.kind == AlarmKind::Lost)
@@ -160,6 +162,7 @@ void AlarmDesk::index_alarms() {
     }
     engine_.set_rules(rules, active);
     for (PodState& pod : pods_) align_suppression(pod);
+    sound();
 }
 
 // What happens at the station
@@ -201,7 +204,7 @@ void AlarmDesk::tick(AlarmMoment now) {
     begin_call(now);
     take_changes(engine_.tick(now_ms_));
     if (now_ms_ >= next_deadline_ms_) pass_deadlines();
-    if (unwritten_ > 0 && pending_.empty() && now_ms_ >= next_try_ms_) {
+    if (journal_in_doubt() && pending_.empty() && now_ms_ >= next_try_ms_) {
         next_try_ms_ = now_ms_ + Pause_ms;
         write(false);
     }
@@ -486,10 +489,9 @@ std::vector<AlarmRecord> AlarmDesk::carried() {
 // The alarm of the journal itself belongs to the call that found it out.
 void AlarmDesk::write(bool durable) {
     const bool written = try_write(durable);
-    const auto own = by_id_.find(alarm_kind(AlarmKind::JournalUnwritable).name);
-    if (own == by_id_.end() || alarms_[own->second].state.active() != written) return;
+    if (!journal_alarm_ || alarms_[*journal_alarm_].state.active() != written) return;
     const std::size_t before = pending_.size();
-    take_changes(engine_.station(own->second, !written, now_ms_));
+    take_changes(engine_.station(*journal_alarm_, !written, now_ms_));
     if (!written) {
         unwritten_ += pending_.size() - before;
         return;
@@ -502,6 +504,10 @@ void AlarmDesk::write(bool durable) {
     std::swap(pending_, rest);
     pending_.resize(before);
     pending_.insert(pending_.end(), rest.begin(), rest.end());
+}
+
+bool AlarmDesk::journal_in_doubt() const {
+    return unwritten_ > 0 || (journal_alarm_ && alarms_[*journal_alarm_].state.active());
 }
 
 bool AlarmDesk::try_write(bool durable) {

@@ -141,6 +141,7 @@ class AlarmDesk {
     std::vector<AlarmRecord> carried();
     void write(bool durable);
     bool try_write(bool durable);
+    bool journal_in_doubt() const;
     void sound();
 
     AlarmEngine engine_;
@@ -148,6 +149,7 @@ class AlarmDesk {
     std::vector<Alarm> alarms_;
     std::map<std::string, std::size_t, std::less<>> by_id_;
     std::array<PodState, MaxZavs> pods_;
+    std::optional<std::size_t> journal_alarm_;     // index of "journal-unwritable"
     std::map<std::string, AlarmRecord> restored_;  // that no rule has asked for yet
     std::vector<std::function<void(const AlarmRecord&)>> listeners_;
     std::vector<AlarmRecord> pending_;  // to be written and told

@@ -155,11 +155,13 @@ void AlarmEngine::evaluate_timed(Pod& pod, std::int64_t now_ms) {
     if (pod.timed.checks.empty()) return;
     std::array<float, TickSignals> signals;
     const auto age = [&](std::int64_t seen_ms) {
-        return seen_ms < 0 ? 0.0F : seconds_between(seen_ms, now_ms);
+        return seen_ms == NotYet        ? Unknown
+               : seen_ms == NotExpected ? 0.0F
+                                        : seconds_between(seen_ms, now_ms);
     };
     for (std::size_t i = 0; i < pod.channels.size(); ++i) signals[i] = age(pod.channels[i].seen_ms);
     signals[PodAgeSignal] = age(pod.seen_ms);
-    signals[LostSignal] = pod.lost ? 1.0F : 0.0F;
+    signals[LostSignal] = !pod.lost ? Unknown : *pod.lost ? 1.0F : 0.0F;
     evaluate(pod.timed, signals.data(), now_ms);
 }
 
@@ -187,8 +189,8 @@ std::span<const ConditionChange> AlarmEngine::pod_back(int pod, std::int64_t now
 
 void AlarmEngine::pod_idle(int pod) {
     Pod& of = pods_[static_cast<std::size_t>(pod)];
-    of.seen_ms = -1;
-    for (Channel& channel : of.channels) channel.seen_ms = -1;
+    of.seen_ms = NotExpected;
+    for (Channel& channel : of.channels) channel.seen_ms = NotExpected;
     forget_delays(of);
 }
 
@@ -215,7 +217,7 @@ float AlarmEngine::last_value(int pod, int channel) const {
 
 bool AlarmEngine::unknown(int pod, int channel) const {
     const Pod& of = pods_[static_cast<std::size_t>(pod - 1)];
-    return of.lost || !of.channels[static_cast<std::size_t>(channel - 1)].fresh;
+    return of.lost == true || !of.channels[static_cast<std::size_t>(channel - 1)].fresh;
 }
 
 }  // namespace kavorix

@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -28,7 +29,8 @@ inline constexpr float NotANumber = 256;
 
 // Times are milliseconds of a count that never goes back. A delay is over with the first reading
 // (for "lost" and "stale": the first tick) that comes so long after the one that began it; in
-// between none may break it. No call allocates but set_rules().
+// between none may break it. At first a condition is what set_rules() says until something is known
+// of it. No call allocates but set_rules().
 class AlarmEngine {
   public:
     // Begins anew with these rules; `active` says of each whether its condition holds at present.
@@ -46,7 +48,7 @@ class AlarmEngine {
     std::span<const ConditionChange> pod_lost(int pod, std::int64_t now_ms);
     std::span<const ConditionChange> pod_back(int pod, std::int64_t now_ms);
     void pod_idle(int pod);
-    bool is_lost(int pod) const { return pods_[static_cast<std::size_t>(pod)].lost; }
+    bool is_lost(int pod) const { return pods_[static_cast<std::size_t>(pod)].lost == true; }
 
     // Time has passed: what depends on it alone.
     std::span<const ConditionChange> tick(std::int64_t now_ms);
@@ -81,18 +83,21 @@ class AlarmEngine {
         std::vector<Check> checks;
         std::vector<Delays> delays;
     };
+    // In the place of a moment: nothing was read since the start, none is expected.
+    static constexpr std::int64_t NotYet = -2;
+    static constexpr std::int64_t NotExpected = -1;
     struct Channel {
         float value = std::numeric_limits<float>::quiet_NaN();  // the last valid one
         std::int64_t value_ms = 0;
-        std::int64_t seen_ms = -1;  // the last reading, errors included; -1: none is expected
-        bool fresh = false;         // `value` is what the last scan said
+        std::int64_t seen_ms = NotYet;  // the last reading, errors included
+        bool fresh = false;             // `value` is what the last scan said
     };
     struct Pod {
         Checks scanned;  // evaluated with each scan
         Checks timed;    // evaluated with each tick: stale, lost
         std::array<Channel, MaxChannels> channels;
-        std::int64_t seen_ms = -1;
-        bool lost = false;
+        std::int64_t seen_ms = NotYet;
+        std::optional<bool> lost;  // nothing: not told yet
     };
 
     static Check check_of(const AlarmRule& rule, std::size_t index, bool active);

@@ -164,6 +164,34 @@ TEST(AlarmJournal, AStartHasEverythingAgain) {
     EXPECT_EQ(rig.state("1/3/high"), "normal");
 }
 
+// At a start nothing is known yet: what was wrong stays so until a pod is heard of.
+TEST(AlarmJournal, AStartJudgesNothingBeforeItIsTold) {
+    DeskRig rig({rule("1/1/high", 1), rule("1/stale", 5), rule("1/lost"), rule("2/lost"),
+                 rule("3/stale", 5), rule("journal-unwritable")});
+    rig.scan(1, {2});
+    rig.scan(3, {2});
+    rig.pass(6000);
+    for (const int pod : {0, 1}) rig.desk->pod_lost(pod, rig.now);
+    rig.files.write_failure = ENOSPC;
+    rig.desk->silence(rig.ann, rig.now);
+    rig.files.write_failure.reset();
+    rig.desk->acknowledge("journal-unwritable", rig.ann, rig.now);
+    const std::string before = states(rig);
+    rig.start();
+    EXPECT_EQ(rig.desk->horn(), 3);
+    for (int second = 0; second < 20; ++second) rig.pass(1000);
+    EXPECT_EQ(states(rig), before);
+    EXPECT_EQ(rig.state("1/stale"), "unacknowledged+suppressed");
+    rig.desk->pod_back(1, rig.now);
+    rig.scan(1, {2});
+    EXPECT_EQ(rig.state("2/lost") + rig.state("1/lost"), "returnedreturned");
+    EXPECT_EQ(rig.state("1/1/high") + " " + rig.state("1/stale"), "unacknowledged normal");
+    EXPECT_EQ(rig.state("3/stale"), "unacknowledged");
+    rig.desk->pod_idle(2, rig.now);
+    rig.pass(100);
+    EXPECT_EQ(rig.state("3/stale"), "returned");
+}
+
 TEST(AlarmJournal, NumbersRiseByOneOverStartsAndFiles) {
     DeskRig rig(four_rules(), 6000);
     for (int i = 0; i < 100; ++i) {

@@ -25,6 +25,10 @@ void* operator new(std::size_t size) {
 void* operator new[](std::size_t size) {
     return kavorix::test::counted(size);
 }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    ++kavorix::test::allocations;
+    return std::malloc(std::max<std::size_t>(size, 1));
+}
 void operator delete(void* memory) noexcept {
     std::free(memory);
 }
