@@ -324,14 +324,32 @@ void AlarmDesk::after(Alarm& alarm, AlarmEvent event) {
 
 // The operator
 
-AlarmAnswer AlarmDesk::act(std::string_view id, AlarmEvent event, RecordEvent as,
-                           const OperatorNote& note, AlarmMoment now) {
-    begin_call(now);
+AlarmAnswer AlarmDesk::act_on(std::string_view id, AlarmEvent event, RecordEvent as,
+                              const OperatorNote& note) {
     const auto found = by_id_.find(id);
     if (found == by_id_.end()) return {false, "there is no alarm \"" + std::string(id) + "\""};
     const AlarmStep step = apply(found->second, event, as, note);
-    end_call(true);
     return {step.refused.empty(), std::string(step.refused)};
+}
+
+AlarmAnswer AlarmDesk::act(std::string_view id, AlarmEvent event, RecordEvent as,
+                           const OperatorNote& note, AlarmMoment now) {
+    begin_call(now);
+    AlarmAnswer answer = act_on(id, event, as, note);
+    end_call(true);
+    return answer;
+}
+
+AlarmAnswer AlarmDesk::acknowledge_page(const std::vector<std::string>& ids,
+                                        const OperatorNote& note, AlarmMoment now) {
+    begin_call(now);
+    AlarmAnswer answer;
+    for (const std::string& id : ids)
+        if (AlarmAnswer one = act_on(id, AlarmEvent::Acknowledge, RecordEvent::Acknowledged, note);
+            answer.done)
+            answer = std::move(one);
+    end_call(true);
+    return answer;
 }
 
 AlarmAnswer AlarmDesk::acknowledge(std::string_view id, const OperatorNote& note, AlarmMoment now) {

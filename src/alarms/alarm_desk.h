@@ -78,6 +78,10 @@ class AlarmDesk {
 
     // What the operator does; alarms are named by their id.
     AlarmAnswer acknowledge(std::string_view id, const OperatorNote& note, AlarmMoment now);
+    // Those of a page: every one that can be is acknowledged, with one entry to wait for; the
+    // answer is the first refusal.
+    AlarmAnswer acknowledge_page(const std::vector<std::string>& ids, const OperatorNote& note,
+                                 AlarmMoment now);
     AlarmAnswer reset(std::string_view id, const OperatorNote& note, AlarmMoment now);
     // Until a moment at most LongestShelf_ms ahead, or OneShotShelf. The end counts on ticks: a
     // clock that is set does not move it. A reason is needed.
@@ -128,6 +132,8 @@ class AlarmDesk {
     AlarmStep apply(std::size_t index, AlarmEvent event, RecordEvent as, const OperatorNote& note);
     AlarmAnswer act(std::string_view id, AlarmEvent event, RecordEvent as, const OperatorNote& note,
                     AlarmMoment now);
+    AlarmAnswer act_on(std::string_view id, AlarmEvent event, RecordEvent as,
+                       const OperatorNote& note);
     void after(Alarm& alarm, AlarmEvent event);
     void end_one_shot(std::size_t index);
     void align_suppression(PodState& pod);

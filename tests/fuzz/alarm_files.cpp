@@ -29,7 +29,7 @@ void read_rules(std::string_view text) {
 
 void start_on(std::string_view text) {
     test::MemoryFiles files;
-    const JournalPlace place{"", 4096, 3};
+    const JournalPlace place{"", 100000, 3};
     files.put(place.path(0), std::string(text));
     if (read_journal(files, place, place.files).records.empty()) return;
     AlarmMoment now{0, 1'800'000'000'000, 60};
