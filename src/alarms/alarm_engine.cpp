@@ -48,10 +48,6 @@ float seconds_between(std::int64_t from_ms, std::int64_t to_ms) {
     return static_cast<float>(to_ms - from_ms) / 1000.0F;
 }
 
-std::int64_t milliseconds(double seconds) {
-    return std::llround(seconds * 1000);
-}
-
 }  // namespace
 
 AlarmEngine::Check AlarmEngine::check_of(const AlarmRule& rule, std::size_t index, bool active) {
@@ -86,7 +82,7 @@ void AlarmEngine::set_rules(const std::vector<AlarmRule>& rules, const std::vect
         Pod& pod = pods_[static_cast<std::size_t>(std::max(rule.pod - 1, 0))];
         Checks& list = rule.pod == 0 ? station_ : is_timed(rule.kind) ? pod.timed : pod.scanned;
         list.checks.push_back(check_of(rule, i, active[i]));
-        list.delays.push_back({milliseconds(rule.on_delay_s), milliseconds(rule.off_delay_s), 0});
+        list.delays.push_back({rule_ms(rule.on_delay_s), rule_ms(rule.off_delay_s), 0});
     }
     changes_.reserve(rules.size());
 }

@@ -4,6 +4,7 @@
 // the station has by itself.
 
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -93,6 +94,11 @@ struct AlarmRule {
                                     : OnReturn::BackToNormal;
     }
 };
+
+// A time of a rule in milliseconds.
+inline std::int64_t rule_ms(double seconds) {
+    return std::llround(seconds * 1000);
+}
 
 // The name of an alarm, the same from start to start: "4/1/high", "4/lost", "disk-filling".
 std::string alarm_id(const AlarmRule& rule);
