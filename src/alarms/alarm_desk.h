@@ -104,8 +104,8 @@ class AlarmDesk {
     std::uint64_t version() const { return version_; }
     // What is left of a shelf with an end.
     std::int64_t shelf_left_ms(const Alarm& alarm) const;
-    // The last valid reading of the alarm's channel (NaN without), and whether it is known to be
-    // the present one.
+    // The last valid reading of the alarm's channel (NaN without), and whether that is not what the
+    // pod said last.
     float value_now(const Alarm& alarm) const;
     bool unknown(const Alarm& alarm) const;
     // Why the journal cannot be written; empty when it can.

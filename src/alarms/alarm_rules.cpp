@@ -64,7 +64,8 @@ std::string out_of_place(const PodConfigs& configuration, const AlarmRule& rule)
     return {};
 }
 
-// Limits of one channel, from the highest kind to the lowest, must fall.
+// Limits of one channel, from the highest kind to the lowest, must fall; two of the configuration
+// are no business of the file.
 void check_order(const std::vector<AlarmRule>& rules, std::vector<RuleProblem>& problems) {
     std::map<std::pair<int, int>, std::array<const AlarmRule*, 4>> channels;
     for (const AlarmRule& rule : rules)
@@ -74,10 +75,11 @@ void check_order(const std::vector<AlarmRule>& rules, std::vector<RuleProblem>& 
         const AlarmRule* above = nullptr;
         for (const AlarmRule* rule : limits) {
             if (rule == nullptr) continue;
-            if (above != nullptr && !(above->limit > rule->limit))
-                problems.push_back({std::max(above->line, rule->line),
-                                    "the limit of \"" + alarm_id(*above) +
-                                        "\" must be above that of \"" + alarm_id(*rule) + "\""});
+            const int line = above != nullptr ? std::max(above->line, rule->line) : 0;
+            if (line != 0 && !(above->limit > rule->limit))
+                problems.push_back({line, "the limit of \"" + alarm_id(*above) +
+                                              "\" must be above that of \"" + alarm_id(*rule) +
+                                              "\""});
             above = rule;
         }
     }

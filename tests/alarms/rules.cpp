@@ -165,6 +165,7 @@ TEST(AlarmFile, IsCheckedAgainstTheConfiguration) {
     const auto pods = configs();
     (*pods)[0].Channel[5].Mode = 0;
     (*pods)[0].Channel[0].LowAlarm = {1, 3, 0};
+    (*pods)[0].Channel[9].HighAlarm = (*pods)[0].Channel[9].LowAlarm = {1, 3, 0};
     std::vector<AlarmRule> rules = {
         rule("2/lost"),           rule("1/21/invalid"),    rule("1/6/high", 1),
         rule("1/2/digital", 1),   rule("1/19/digital", 1), rule("1/1/high", 3),
