@@ -64,20 +64,30 @@ TEST(AlarmDesk, EveryKindComesAndGoesAtItsLimit) {
 
 // An error of the reading, a silent pod: the condition stays as it was, and the delay begins anew.
 TEST(AlarmDesk, WhatIsNotReadKeepsItsCondition) {
-    DeskRig rig({rule("4/1/high", 10),
-                 rule("4/2/high", 10, [](AlarmRule& of) { of.on_delay_s = 3; }),
-                 rule("4/1/invalid")});
+    const auto delayed = [](AlarmRule& of) { of.on_delay_s = 3; };
+    DeskRig rig({rule("4/1/high", 10), rule("4/2/high", 10, delayed), rule("4/1/invalid"),
+                 rule("4/2/invalid"), rule("4/lost")});
+    const auto begins_anew = [&rig] {
+        for (int second = 0; second < 3; ++second) {
+            EXPECT_EQ(rig.state("4/2/high"), "normal");
+            rig.scan(4, {11, 11});
+        }
+    };
     rig.scan(4, {11, 11});
     rig.scan(4, {11, 11});
     rig.scan(4, {0, 0}, {Overload, Overload});
     rig.scan(4, {0, 11}, {Pending, 0});
     EXPECT_EQ(rig.state("4/1/high"), "unacknowledged");
+    EXPECT_EQ(rig.state("4/1/invalid"), "unacknowledged");
+    EXPECT_EQ(rig.state("4/2/invalid"), "returned");
     EXPECT_TRUE(rig.desk->unknown(*rig.desk->find("4/1/high")));
     EXPECT_EQ(rig.desk->value_now(*rig.desk->find("4/1/high")), 11);
-    for (int second = 0; second < 3; ++second) {
-        EXPECT_EQ(rig.state("4/2/high"), "normal");
-        rig.scan(4, {11, 11});
-    }
+    rig.scan(4, {11, 11});
+    rig.desk->pod_lost(3, rig.now);
+    EXPECT_TRUE(rig.desk->unknown(*rig.desk->find("4/2/high")));
+    rig.desk->pod_back(3, rig.now);
+    rig.scan(4, {11, 11});
+    begins_anew();
     EXPECT_EQ(rig.state("4/2/high"), "unacknowledged");
 }
 
@@ -103,6 +113,7 @@ TEST(AlarmDesk, DelaysAndShelvesRunOnTicksWhateverTheClockDoes) {
     rig.scan(1, {0, 0});
     rig.scan(1, {1, 0});  // a break: neither above nor below
     EXPECT_EQ(scans_until(0, "returned"), 11);
+    rig.now.tick_ms += 5000;  // without a tick before the operator's hand
     rig.desk->shelve("1/2/high", rig.now.utc_ms + 60'000, rig.ann, rig.now);
     rig.now.utc_ms += 3'600'000;
     rig.pass(59'000);

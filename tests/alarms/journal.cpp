@@ -58,6 +58,8 @@ TEST(JournalLine, IsReadBackWithEveryField) {
         EXPECT_EQ(read->before, record.before);
         EXPECT_EQ(read->after, record.after);
         EXPECT_EQ(read->who + read->comment, record.who + record.comment);
+        EXPECT_EQ(std::isnan(read->value) ? -9 : read->value,
+                  std::isnan(record.value) ? -9 : -1.25F);
         EXPECT_EQ(read->shelf_utc_ms, record.shelf_utc_ms);
         EXPECT_EQ(read->since_utc_ms, record.since_utc_ms);
         EXPECT_EQ(std::count(line.begin(), line.end(), '\t'),

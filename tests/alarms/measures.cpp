@@ -113,6 +113,7 @@ TEST(AlarmMeasures, StaleIsWhatStandsLongerThanADay) {
 
 TEST(AlarmMeasures, WithoutASpanItIsThatOfTheEntries) {
     EXPECT_EQ(measure_alarms({}).annunciated, 0u);
+    EXPECT_EQ(measure_alarms(std::vector{entry(0, "1/1/high", Plain, Unseen)}).annunciated, 1u);
     std::vector<AlarmRecord> records;
     for (int i = 0; i < 61; ++i) add_short(records, i * 2);
     const AlarmMeasures measures = measure_alarms(records);

@@ -90,6 +90,7 @@ TEST(AlarmStates, WithheldInEveryWayAndForEveryLife) {
                     EXPECT_EQ(more.changed, !has || kind == 0);  // a shelf gets another end
                     const AlarmStep end = step(Kinds[kind].second);
                     EXPECT_EQ(end.refused.empty(), has);
+                    EXPECT_TRUE(has || !end.horn);
                     if (!has) continue;
                     const int left = mask & ~(1 << kind);
                     EXPECT_EQ(end.next.withheld, left);
