@@ -11,49 +11,18 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
-#include <cstdlib>
 #include <cstring>
-#include <new>
 #include <random>
 #include <vector>
 
+#include "support/counted_memory.h"
 #include "support/rig.h"
 #include "ui/stream0_view.h"
 
 namespace {
 
-std::size_t allocations = 0;
-
-void* counted(std::size_t size) {
-    ++allocations;
-    if (void* memory = std::malloc(std::max<std::size_t>(size, 1))) return memory;
-    throw std::bad_alloc();
-}
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-    return counted(size);
-}
-void* operator new[](std::size_t size) {
-    return counted(size);
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete[](void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
-void operator delete[](void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
-
-namespace {
-
 using namespace kavorix;
+using test::allocations;
 using Clock = std::chrono::steady_clock;
 
 constexpr int VisibleRows = 60;  // of a view that fills a screen

@@ -119,17 +119,19 @@ void each_include(const SourceFile& file,
 const Arrows& house_arrows() {
     static const Arrows Table = {
         {"base", {}},
+        {"toml", {"base"}},
         {"platform", {"base"}},
         {"model", {"platform"}},
         {"link", {"model"}},
+        {"alarms", {"model", "toml"}},
         {"config", {"link"}},
         {"acquire", {"link"}},
         {"logging", {"link"}},
         {"graphs", {"link"}},
         {"ui", {"config", "acquire", "logging", "graphs"}},
         {"ui/qt", {"ui"}},
-        {"sim", {"platform"}},
-        {"app", {"ui/qt", "sim"}},
+        {"sim", {"platform", "toml"}},
+        {"app", {"ui/qt", "alarms", "sim"}},
     };
     return Table;
 }
