@@ -2,9 +2,9 @@
 
 #include <utility>
 
+#include "base/program_name.h"
 #include "base/text.h"
 #include "config/config_writer.h"
-#include "link/error_log.h"
 
 namespace kavorix {
 
@@ -62,7 +62,7 @@ bool ConfigFiles::name_file(std::int16_t& result) {
 
 std::int16_t ConfigFiles::save_file(std::int16_t saveAs) {
     return trapped(with_.failures, "confact/save_file", [&]() -> std::int16_t {
-        with_.message_line.DispMsg("", Colour::Blue);
+        with_.message_line.DispMsg("", Severity::Progress);
         std::int16_t result = 0;
         if ((saveAs == 1 || with_.configuration.ConfigFileName.empty()) && !name_file(result))
             return result;
@@ -70,7 +70,7 @@ std::int16_t ConfigFiles::save_file(std::int16_t saveAs) {
         with_.configuration.ConfigChanged = 0;
         write_config_file(with_.files, with_.configuration.ConfigFileName, with_.configuration,
                           with_.loop.wall_time());
-        with_.message_line.DispMsg(" Configuration file Saved", Colour::Blue);
+        with_.message_line.DispMsg(" Configuration file Saved", Severity::Progress);
         note_use();
         with_.dialogs.set_pointer(Pointer::Default);
         return 0;
@@ -99,7 +99,7 @@ std::optional<std::string> ConfigFiles::ask_for_file(const std::string& director
 template <class Ask>
 void ConfigFiles::open_chosen(Ask ask) {
     trapped(with_.failures, "confact/open_file", [&] {
-        with_.message_line.DispMsg("", Colour::Blue);
+        with_.message_line.DispMsg("", Severity::Progress);
         if (!may_open()) return;
         const Choice choice = choose(ask,
                                      "File is not an ZAV Configuration File. Please Select a File "
@@ -175,7 +175,7 @@ void ConfigFiles::report_loaded(const std::string& path) {
     note_use();
     with_.dialogs.set_pointer(Pointer::Default);
     with_.message_line.DispMsg(" Configuration file Loaded - must be Transmitted to take Effect",
-                               Colour::Blue);
+                               Severity::Progress);
 }
 
 void ConfigFiles::report_errors(const LoadLog& log) {

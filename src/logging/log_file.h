@@ -14,7 +14,6 @@
 #include "platform/event_loop.h"
 #include "platform/file_syncer.h"
 #include "platform/files.h"
-#include "platform/main_screen.h"
 
 namespace kavorix {
 
@@ -31,7 +30,6 @@ class LogFile {
         Files& files;
         EventLoop& loop;
         FailureReporter& failures;
-        MainScreen& screen;
         const Configuration& configuration;
         RunTime& run_time;
     };
@@ -46,8 +44,13 @@ class LogFile {
     // happens while the log does not run.
     void Write_Log_File(std::int16_t kind, std::int16_t flush, std::int32_t time);
 
-    // Waits while a record is being added, then finishes the file and puts the icons of the logged
-    // pods back.
+    // A poll boundary: adds a scan record when the interval has passed since the last one.
+    void log_scans(const Moment& now);
+
+    // Events have come: adds an event record. False while the event log does not run.
+    bool log_events(const Moment& now);
+
+    // Waits while a record is being added, then finishes the file.
     void Stop_Log_File(std::int16_t kind);
 
   private:
@@ -72,7 +75,6 @@ class LogFile {
     void put_record(std::int16_t kind, std::int16_t first);
     void finish_block(std::int16_t kind);
     void stop(std::int16_t kind);
-    void restore_icons();
     bool is_due(std::int16_t kind, int pod) const;
 
     Surroundings with_;

@@ -64,8 +64,9 @@ class Files {
     virtual void sync_directory(const std::string& directory) = 0;
 };
 
-// The whole content of a file.
-std::string read_all(Files& files, const std::string& path);
+// The whole content of a file. One of more than `most` bytes is refused (std::errc::file_too_large)
+// before it fills the memory.
+std::string read_all(Files& files, const std::string& path, std::uint64_t most = UINT64_MAX);
 
 // Replaces the content of `path` in one step: written beside it under a temporary name, synced and
 // renamed, so that the old file survives every failure on the way. The temporary file does not stay

@@ -336,14 +336,12 @@ TEST(Includes, AreCheckedAgainstTheRooms) {
 
 // Circles and arrows that are still to go; a line here for which there is none any more is a
 // breach.
-const std::set<std::string> KnownCircles = {"config: config_reader reading",
-                                            "model: catalogue records",
-                                            "ui/qt: binder bindings",
-                                            "ui/qt: glyphs station_style theme",
-                                            "ui/qt: pod_accessible pod_display",
-                                            "ui: operations select_channels"};
-const std::set<std::string> KnownUnusedArrows = {"graphs -> acquire", "graphs -> config",
-                                                 "logging -> config", "ui -> logging"};
+const std::set<std::string> KnownCircles = {
+    "config: config_reader reading",     "model: catalogue records",
+    "toml: toml_document toml_limits",   "ui/qt: binder bindings",
+    "ui/qt: glyphs station_style theme", "ui/qt: pod_accessible pod_display"};
+const std::set<std::string> KnownUnusedArrows = {"graphs -> link", "logging -> link",
+                                                 "ui -> logging"};
 
 TEST(Includes, ReachTheRoomsBelowWithoutCirclesAlongArrowsThatAreNeeded) {
     const Uses rooms = rooms_in(read(fs::path(KAVORIX_SOURCE_DIR) / "CMakeLists.txt"));

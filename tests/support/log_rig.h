@@ -29,13 +29,12 @@ class LogRig {
     Files& files;
     VirtualEventLoop loop;
     RecordingFailures failures;
-    MainScreen screen;
     Configuration configuration;
     std::unique_ptr<RunTime> run_time_owner = std::make_unique<RunTime>();
     RunTime& run_time = *run_time_owner;
-    LogFile log{{files, loop, failures, screen, configuration, run_time}};
+    LogFile log{{files, loop, failures, configuration, run_time}};
 
-    PodStatus& status(int pod) { return run_time.Status[at(pod - 1)]; }
+    PodStatus& status(int pod) { return run_time.Status[Pod::numbered(pod)]; }
     ChannelConfig& channel(int pod, int number) {
         return configuration.ZavConfig[at(pod - 1)].Channel[at(number - 1)];
     }

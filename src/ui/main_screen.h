@@ -1,13 +1,14 @@
 #pragma once
 
-// The control record of the main window `frmMain`. Pod controls have the index pod number - 1.
+// The control record of the main window `frmMain`, computed from what the station knows.
 
 #include <array>
 #include <string>
 #include <string_view>
 
+#include "model/runtime.h"
 #include "platform/controls.h"
-#include "platform/driver.h"
+#include "ui/commands.h"
 
 namespace kavorix {
 
@@ -35,7 +36,7 @@ struct Icon {
     bool operator==(const Icon&) const = default;
 };
 
-using PodLabels = std::array<Label, MaxZavs>;
+using PodLabels = PodArray<Label>;
 
 inline constexpr std::string_view MainCaption = "KAVORIXER";
 
@@ -49,7 +50,7 @@ struct MainScreen {
     // the interface icon.
     std::array<std::string, 25> picZAVNum1;
     std::array<std::string, 25> picZAVNum2;
-    std::array<Icon, MaxZavs> img_ZAV;
+    PodArray<Icon> img_ZAV;
     PodLabels lblZAVType;
     Icon img_4A{Picture::img14A, false, {}};
 
@@ -71,39 +72,17 @@ struct MainScreen {
     Label pnlBars;
     std::array<Label, StreamCount> pnlButton;
 
-    // Command buttons.
-    Button cmdTrig{"&Trigger", "Start measurement"};
-    Button cmdHalt{"&Halt", "Stop measurement"};
-    Button cmdTransmit{"T&ransmit", "Transmit Zav configuration"};
-    Button cmdConfig{"Co&nfig...", "Configure the Zav"};
-    Button cmdDefault{"&Default/Expand", ""};
-    Button cmdSelectAll{"&Select/De-Select All", ""};
-    Button cmdClear{"Cl&ear", ""};
+    // Commands, in menus and on buttons, and the menus of the bar.
+    struct CommandState {
+        bool enabled = false;
+        bool checked = false;
+        bool operator==(const CommandState&) const = default;
+    };
+    std::array<CommandState, CommandCount> Commands{};
+    std::array<bool, MenuCount> Menus{};
 
-    // Menus, items under their index; an index that the menu table does not name is a separator.
-    MenuItem mnuConfig{"&Config"};
-    std::array<MenuItem, 14> mnuConfigItem;
-    MenuItem mnuOperate{"&Operate"};
-    std::array<MenuItem, 8> mnuOperateItem;
-    MenuItem mnuView{"&View"};
-    std::array<MenuItem, 2> mnuViewItem;  // "View Data" (a submenu), "View Status..."
-    std::array<MenuItem, StreamCount> mnuViewDataItem;
-    MenuItem mnuLogging{"&Logging"};
-    std::array<MenuItem, 3> mnuLoggingItem;  // the submenus set-up, start, stop
-    std::array<MenuItem, 2> mnuLoggingItemSetup;
-    std::array<MenuItem, 3> mnuLoggingItemStart;
-    std::array<MenuItem, 3> mnuLoggingItemStop;
-    MenuItem mnuTrend{"&Graph"};
-    std::array<MenuItem, 2> mnuTrendItem;
-    MenuItem mnuOptions{"O&ptions"};
-    std::array<MenuItem, 6> mnuOptionsItem;
-    MenuItem mnuTransmitRem;
-    MenuItem mnuUtilities{"&Utilities"};
-    std::array<MenuItem, 2> mnuUtilitiesItem;
-    MenuItem mnuHelp{"&Help"};
-    MenuItem mnuGuide;
-    MenuItem mnuKeys;
-    MenuItem mnuAbout;
+    CommandState& command(Command id) { return Commands[static_cast<std::size_t>(id)]; }
+    const CommandState& command(Command id) const { return Commands[static_cast<std::size_t>(id)]; }
 
     PodLabels& lblStrm(int stream) {
         PodLabels* const rows[] = {&lblStrm0, &lblStrm1, &lblStrm2, &lblStrm3};
@@ -113,5 +92,22 @@ struct MainScreen {
         return const_cast<MainScreen*>(this)->lblStrm(stream);
     }
 };
+
+// `IconState` of a pod.
+enum class IconState {
+    Resting,
+    SelectedResting,
+    DataArrived,
+    SelectedDataArrived,
+    Removed,
+    LoggingResting,
+    SelectedLoggingResting,
+    LoggingDataArrived,
+    SelectedLoggingDataArrived
+};
+IconState icon_state(const RunTime& run_time, Pod pod);
+
+// What the main window shows of a station in this state.
+MainScreen main_screen(const RunTime& run_time, const Configuration& configuration);
 
 }  // namespace kavorix
