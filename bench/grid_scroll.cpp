@@ -44,7 +44,7 @@ class Network {
             std::copy_n("7RJA 0F 1.00", IdentLength, status.Ident.begin());
             status.Channels = status.ChannelCount = MaxChannels;
             status.ResultCode[ErrorChannel] = HighestValidCode + 1;
-            run_time_->Link.ZavSelected[at(pod)] = 1;
+            run_time_->Link.ZavSelected.add(Pod::at_index(pod));
             for (int channel = 0; channel < MaxChannels; ++channel) {
                 ChannelConfig& config = configuration_->ZavConfig[at(pod)].Channel[at(channel)];
                 config.Label = "Boiler";

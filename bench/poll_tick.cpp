@@ -11,49 +11,18 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
-#include <cstdlib>
 #include <cstring>
-#include <new>
 #include <random>
 #include <vector>
 
+#include "support/counted_memory.h"
 #include "support/rig.h"
 #include "ui/stream0_view.h"
 
 namespace {
 
-std::size_t allocations = 0;
-
-void* counted(std::size_t size) {
-    ++allocations;
-    if (void* memory = std::malloc(std::max<std::size_t>(size, 1))) return memory;
-    throw std::bad_alloc();
-}
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-    return counted(size);
-}
-void* operator new[](std::size_t size) {
-    return counted(size);
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete[](void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
-void operator delete[](void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
-
-namespace {
-
 using namespace kavorix;
+using test::allocations;
 using Clock = std::chrono::steady_clock;
 
 constexpr int VisibleRows = 60;  // of a view that fills a screen
@@ -121,31 +90,6 @@ class LeanDriver : public Driver {
     Readings readings_;
 };
 
-// Shows the visible rows of the stream-0 view at every poll boundary.
-class Consumers : public PollConsumers {
-  public:
-    explicit Consumers(Stream0View& view) : view_(view) {}
-    std::size_t text_bytes = 0;
-
-    void refresh_stream0() override {
-        view_.refresh();
-        const int columns = static_cast<int>(view_.headings().size());
-        for (const int row : view_.take_changed_rows()) {
-            if (row >= VisibleRows) continue;
-            for (int column = 0; column < columns; ++column)
-                text_bytes += view_.cell(row, column).text.size();
-        }
-    }
-    void refresh_stream1() override {}
-    void show_events() override {}
-    void Write_Log_File(std::int16_t, std::int16_t, std::int32_t) override {}
-    bool graph_exists() override { return false; }
-    void WRUpdateData(std::span<const float>) override {}
-
-  private:
-    Stream0View& view_;
-};
-
 // A started station of fifty pods, triggered, polled with the lean driver.
 class Network {
   public:
@@ -153,16 +97,16 @@ class Network {
         std::vector<test::Rig::PodAt> pods;
         for (int pod = 1; pod <= MaxZavs; ++pod) pods.push_back({pod, "7RJA 0F 1.00"});
         rig_.station(pods);
-        rig_.run_time.Link.ZavSelected.fill(1);
-        rig_.run_time.Link.Triggered.fill(1);
-        rig_.run_time.Link.NumSelected = MaxZavs;
+        rig_.run_time.Link.ZavSelected = rig_.run_time.Link.Triggered = PodSet::all();
         rig_.configuration.Interface.PollRate = 100;  // every tick is a poll boundary
         rig_.tmrPoll->start(100);
     }
 
+    // The view shows its visible rows at every poll boundary.
     void open_view() {
         view_.load();
         view_.cmdToggle_Click();
+        cycle_.boundary.always([this](const Moment&) { show_changed_rows(); });
     }
     Network& warm_up() {
         for (int i = 0; i < WarmUpTicks; ++i) tick();
@@ -172,9 +116,9 @@ class Network {
     double tick() {
         rig_.loop.advance(100);
         driver_.next_tick();
-        for (int pod = 0; pod < MaxZavs; ++pod) {
-            rig_.run_time.Link.StreamRequests[at(pod)] = "ME5;";
-            rig_.run_time.Poll.RequestKinds[at(pod)].clear();
+        for (const Pod pod : all_pods()) {
+            rig_.run_time.Link.StreamRequests[pod] = "ME5;";
+            rig_.run_time.Link.RequestKinds[pod].clear();
         }
         const auto start = Clock::now();
         cycle_.tmrPoll_Timer();
@@ -182,24 +126,32 @@ class Network {
     }
     void check(benchmark::State& state) const {
         const PollState& poll = rig_.run_time.Poll;
-        if (poll.PollCount < WarmUpTicks || poll.LastEvent.back() != EventTableSize - 1 ||
-            rig_.run_time.Link.PollTable.NumInPoll != MaxZavs)
+        if (poll.PollCount < WarmUpTicks ||
+            poll.LastEvent[Pod::numbered(MaxZavs)] != EventTableSize - 1 ||
+            rig_.run_time.Link.PollTable.NumInPoll() != MaxZavs)
             state.SkipWithError("the network did not do its work");
     }
-    std::size_t text_bytes() const { return consumers_.text_bytes; }
+    std::size_t text_bytes() const { return text_bytes_; }
 
   private:
+    void show_changed_rows() {
+        view_.refresh();
+        const int columns = static_cast<int>(view_.headings().size());
+        for (const int row : view_.take_changed_rows()) {
+            if (row >= VisibleRows) continue;
+            for (int column = 0; column < columns; ++column)
+                text_bytes_ += view_.cell(row, column).text.size();
+        }
+    }
+
     test::Rig rig_;
     LeanDriver driver_;
-    CommandLink::Surroundings surroundings_{driver_,       rig_.loop,         rig_.dialogs,
-                                            rig_.screen,   rig_.message_line, rig_.error_log,
-                                            rig_.failures, rig_.main_window,  rig_.configuration,
-                                            rig_.run_time, *rig_.tmrPoll};
-    CommandLink link_{surroundings_};
-    StreamDecoder decoder_{surroundings_, link_, rig_.pod_errors};
+    StreamDecoder decoder_{
+        {driver_, rig_.dialogs, rig_.pod_errors, rig_.configuration, rig_.run_time}};
     Stream0View view_{rig_.run_time, rig_.configuration};
-    Consumers consumers_{view_};
-    PollCycle cycle_{surroundings_, link_, decoder_, consumers_};
+    PollCycle cycle_{{driver_, rig_.loop, *rig_.tmrPoll, rig_.errors, rig_.failures, decoder_,
+                      rig_.configuration, rig_.run_time}};
+    std::size_t text_bytes_ = 0;
 };
 
 double median(std::vector<double>& values) {

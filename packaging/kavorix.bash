@@ -29,19 +29,22 @@ _kavorix_value() {
         --scans | --events) _kavorix_files DAT ;;
         --speed) _kavorix_words "real max" ;;
         -o) if [ "$2" = plot ]; then _kavorix_files "png|svg|pdf"; else _kavorix_files CSV; fi ;;
-        --pod | --pods | --channels | --duration | --interval | --comment) ;;
+        --pod | --pods | --channels | --duration | --interval | --comment | --from | --to) ;;
         *) return 1 ;;
     esac
 }
 
 _kavorix() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
-    local commands="discover watch log status convert info repair plot check show statements rewrite verify"
+    local commands="discover watch log status convert info repair plot check show statements rewrite verify alarms"
     local common="-h --help --network --driver --directory --theme"
     local command="" own="" i
     COMPREPLY=()
     for ((i = 1; i < COMP_CWORD; i++)); do
         case " $commands " in *" ${COMP_WORDS[i]} "*) command=${COMP_WORDS[i]}; break ;; esac
+    done
+    [ "$command" = alarms ] && for ((i++; i < COMP_CWORD; i++)); do
+        case ${COMP_WORDS[i]} in check | list | history) command="alarms ${COMP_WORDS[i]}"; break ;; esac
     done
     _kavorix_value "$previous" "$command" && return
     case $command in
@@ -52,11 +55,15 @@ _kavorix() {
         plot) own="-o --channels" ;;
         check) own="--locate --log" ;;
         show) own="--pod" ;;
+        "alarms check") own="--config" ;;
+        "alarms history") own="--from --to --csv --measures" ;;
         "") common+=" --version" ;;
     esac
     case $command,$current in
         *,-*) _kavorix_words "$own $common" ;;
         ,*) _kavorix_words "$commands" ;;
+        alarms,*) _kavorix_words "check list history" ;;
+        "alarms check",*) _kavorix_files toml ;;
         convert,* | info,* | repair,* | plot,*) _kavorix_files DAT ;;
         check,* | show,* | statements,* | rewrite,* | verify,*) _kavorix_files CFG ;;
     esac

@@ -3,67 +3,69 @@
 // The poll cycle: the handler of the poll timer, the main loop of a running station.
 
 #include <cstdint>
-#include <functional>
 #include <span>
 #include <vector>
 
 #include "acquire/stream_decoder.h"
+#include "base/signal.h"
+#include "base/trap.h"
+#include "link/link_errors.h"
+#include "platform/event_loop.h"
 
 namespace kavorix {
 
-// Who takes what the poll cycle brings. None of the calls may wait for events.
-class PollConsumers {
-  public:
-    virtual ~PollConsumers() = default;
-
-    // At a poll boundary, while the view is open.
-    virtual void refresh_stream0() = 0;
-    virtual void refresh_stream1() = 0;
-    virtual void refresh_stream3() {}
-
-    // New events of the pod that the stream-2 view shows.
-    virtual void show_events() = 0;
-
-    // Adds a record (kind 0 = scan, 1 = event) at tick count `time`.
-    virtual void Write_Log_File(std::int16_t kind, std::int16_t flush, std::int32_t time) = 0;
-
-    // Whether the graph exists, and one row of samples for it, in pod and channel order.
-    virtual bool graph_exists() = 0;
-    virtual void WRUpdateData(std::span<const float> samples) = 0;
-};
-
 class PollCycle {
   public:
-    PollCycle(const CommandLink::Surroundings& surroundings, CommandLink& link,
-              StreamDecoder& decoder, PollConsumers& consumers)
-        : with_(surroundings), link_(link), decoder_(decoder), consumers_(consumers) {}
+    // What it works with; all of it outlives this.
+    struct Surroundings {
+        Driver& driver;
+        const EventLoop& loop;
+        Timer& tmrPoll;
+        LinkErrors& errors;
+        FailureReporter& failures;
+        StreamDecoder& decoder;
+        const Configuration& configuration;
+        RunTime& run_time;
+    };
+    explicit PollCycle(const Surroundings& surroundings);
+
+    // What the cycle tells while it runs, within the tick. No listener may wait for events.
+    //
+    // A stream-0 record of a pod was read and stored.
+    Signal<Pod, const Moment&> reading;
+    // A poll rate has passed: PollCount is the new one.
+    Signal<const Moment&> boundary;
+    // Events wait to be shown or logged; who takes them says so by take_events().
+    Signal<const Moment&> events;
+    // A row of samples for the graph, in pod and channel order.
+    Signal<std::span<const float>> sample;
 
     // One tick of the poll timer.
     void tmrPoll_Timer();
 
+    // To be called by a listener of `events`: they need not be told again.
+    void take_events() { poll_.EventPending = false; }
+
   private:
     void tick();
     void correct_timing(std::int32_t elapsed_ms);
-    void show_load(std::int32_t elapsed_ms);
+    void measure_load(std::int32_t elapsed_ms);
     void indicator_pass();
-    void stream_pass();
-    bool visit_stream(int pod, std::int16_t stream);
-    void note_data(int pod, std::int16_t stream);
-    void drain_stream1(int pod);
-    void poll_boundary(std::uint32_t now);
-    void pass_events_on(std::uint32_t now);
+    void stream_pass(const Moment& now);
+    bool visit_stream(Pod pod, std::int16_t stream, const Moment& now);
+    bool data_waits(Pod pod, std::int16_t stream);
+    void note_data(Pod pod, std::int16_t stream);
+    void read(Pod pod, std::int16_t stream, const Moment& now);
+    void drain_stream1(Pod pod, const Moment& now);
+    void receive_error(Pod pod);
+    void poll_boundary(const Moment& now);
     void trend_sample();
-    bool logs_running() const;
-    void set_icon_state(int pod, std::int16_t state);
 
-    CommandLink::Surroundings with_;
-    CommandLink& link_;
-    StreamDecoder& decoder_;
-    PollConsumers& consumers_;
+    Surroundings with_;
+    PollState& poll_;
+    LinkState& link_;
+    PodStatuses& status_;
     std::vector<float> samples_;
 };
-
-// The picture of a pod in an icon state.
-Picture picture_of(std::int16_t icon_state);
 
 }  // namespace kavorix

@@ -80,13 +80,13 @@ std::int16_t decimals_of(std::string_view type_code, int channel) {
     return digital ? 0 : 6;
 }
 
-void PodErrors::LogZAVErr(std::int16_t podNumber, std::int16_t channelNumber, std::int16_t code) {
-    const std::string line = error_log_line(podNumber, channelNumber, code, card_.CardAddress);
+void PodErrors::LogZAVErr(Pod pod, std::int16_t channelNumber, std::int16_t code) {
+    const std::string line = error_log_line(pod.number(), channelNumber, code, card_.CardAddress);
     if (line.empty()) return;
     log_.write_line(line);
     ++link_.ErrorCount;
     ++link_.SessionErrorCount;
-    screen_.pnlErr.caption = "ZAV ERROR";
+    reports_.LastFault = Fault::Pod;
 }
 
 }  // namespace kavorix

@@ -9,7 +9,6 @@
 
 #include "link/error_log.h"
 #include "model/runtime.h"
-#include "platform/main_screen.h"
 
 namespace kavorix {
 
@@ -34,20 +33,21 @@ std::string FormatValue(float value, std::int16_t decimals);
 // or 8S pod, channels 19 and 20 of a 7V or 7W pod), else 6. Channel number 1-based.
 std::int16_t decimals_of(std::string_view type_code, int channel);
 
-// Writes pod-reported channel errors to the error log, counts them and lights the error panel.
+// Writes pod-reported channel errors to the error log, counts them and reports them.
 class PodErrors {
   public:
-    PodErrors(ErrorLog& log, LinkState& link, MainScreen& screen, const InterfaceSettings& card)
-        : log_(log), link_(link), screen_(screen), card_(card) {}
+    // All of it outlives this.
+    PodErrors(ErrorLog& log, const InterfaceSettings& card, RunTime& run_time)
+        : log_(log), card_(card), link_(run_time.Link), reports_(run_time.Reports) {}
 
-    // Pod and channel number 1-based; `code` is the error code.
-    void LogZAVErr(std::int16_t podNumber, std::int16_t channelNumber, std::int16_t code);
+    // Channel number 1-based; `code` is the error code.
+    void LogZAVErr(Pod pod, std::int16_t channelNumber, std::int16_t code);
 
   private:
     ErrorLog& log_;
-    LinkState& link_;
-    MainScreen& screen_;
     const InterfaceSettings& card_;
+    LinkState& link_;
+    Reports& reports_;
 };
 
 }  // namespace kavorix

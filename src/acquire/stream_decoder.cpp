@@ -6,6 +6,7 @@
 #include <string>
 
 #include "base/numbers.h"
+#include "base/program_name.h"
 #include "base/text.h"
 
 namespace kavorix {
@@ -28,70 +29,87 @@ std::int16_t bcd(unsigned char byte) {
 
 }  // namespace
 
-void StreamDecoder::read_stream0(int pod) {
-    PodStatus& status = with_.run_time.Status[at(pod)];
+Decoded StreamDecoder::read(Pod pod, std::int16_t stream, const Moment& now) {
+    switch (stream) {
+        case ReadingStream:
+            return read_stream0(pod, now);
+        case RequestStream:
+            return read_stream1(pod);
+        case EventStream:
+            return read_stream2(pod);
+        default:
+            return read_stream3(pod);
+    }
+}
+
+Decoded StreamDecoder::read_stream0(Pod pod, const Moment& now) {
+    PodStatus& status = status_[pod];
     std::int16_t count = status.Channels;
     // Copies: a read that fails must not leave half a record behind.
     ChannelValues values = status.Reading;
-    ChannelFlags codes = status.ResultCode;
+    ChannelCodes codes = status.ResultCode;
     const auto result =
-        with_.driver.Zav_Numeric(static_cast<std::int16_t>(pod + 1), ReadingStream, count, values,
-                                 codes, with_.configuration.Interface.CardHandle);
-    if (result == 1) link_.RxTxErr(pod, 1, 1);
-    if (result != 0) return;
+        with_.driver.Zav_Numeric(pod.number(), ReadingStream, count, values, codes, card_handle());
+    if (result != 0) return result == 1 ? Decoded::Failed : Decoded::Nothing;
     status.Reading = values;
     status.ResultCode = codes;
+    status.ReadingAt = now;
     status.ChannelCount =
         std::clamp(count, std::int16_t{0}, static_cast<std::int16_t>(MaxChannels));
     for (std::size_t channel = 0; channel < at(status.ChannelCount); ++channel) {
         if (status.ResultCode[channel] > HighestValidCode)
-            errors_.LogZAVErr(
-                static_cast<std::int16_t>(pod + 1), static_cast<std::int16_t>(channel + 1),
+            with_.errors.LogZAVErr(
+                pod, static_cast<std::int16_t>(channel + 1),
                 static_cast<std::int16_t>(status.ResultCode[channel] - HighestValidCode));
         else
             take_reading(pod, channel);
     }
+    return Decoded::Done;
 }
 
-void StreamDecoder::take_reading(int pod, std::size_t channel) {
-    PodStatus& status = with_.run_time.Status[at(pod)];
-    const ChannelConfig& config = with_.configuration.ZavConfig[at(pod)].Channel[channel];
+void StreamDecoder::take_reading(Pod pod, std::size_t channel) {
+    PodStatus& status = status_[pod];
+    const ChannelConfig& config = with_.configuration.ZavConfig[pod].Channel[channel];
     const float value = cleaned(status.Reading[channel]) * config.MValue + config.CValue;
     status.Reading[channel] = value;
     if (value > status.PeakMax[channel]) {
         status.PeakMax[channel] = value;
-        status.MaxChanged[channel] = 1;
+        status.MaxChanged[channel] = true;
     }
     if (value < status.PeakMin[channel]) {
         status.PeakMin[channel] = value;
-        status.MinChanged[channel] = 1;
+        status.MinChanged[channel] = true;
     }
-    GraphState& graph = with_.run_time.Graph;
-    if (graph.TrendRunning == 1 && graph.TrendSelected[at(pod)][channel] == 1) {
-        const float deviation = std::fabs(value - graph.TrendRef[at(pod)][channel]);
-        if (deviation > graph.TrendDev[at(pod)][channel]) {
-            graph.TrendDev[at(pod)][channel] = deviation;
-            graph.TrendPeak[at(pod)][channel] = value;
-        }
-    }
+    feed_trend(pod, channel, value);
 }
 
-void StreamDecoder::read_stream1(int pod) {
+void StreamDecoder::feed_trend(Pod pod, std::size_t channel, float value) {
+    GraphState& graph = with_.run_time.Graph;
+    if (!graph.TrendRunning || !graph.TrendSelected[pod][channel]) return;
+    const float deviation = std::fabs(value - graph.TrendRef[pod][channel]);
+    if (deviation <= graph.TrendDev[pod][channel]) return;
+    graph.TrendDev[pod][channel] = deviation;
+    graph.TrendPeak[pod][channel] = value;
+}
+
+Decoded StreamDecoder::read_stream1(Pod pod) {
     float values[2] = {};
     std::int16_t code = 0;
     std::int16_t count = 2;
-    const auto result =
-        with_.driver.Zav_Numeric(static_cast<std::int16_t>(pod + 1), RequestStream, count, values,
-                                 {&code, 1}, with_.configuration.Interface.CardHandle);
-    if (result == 1) link_.RxTxErr(pod, 1, 1);
+    const auto result = with_.driver.Zav_Numeric(pod.number(), RequestStream, count, values,
+                                                 {&code, 1}, card_handle());
+    take_answer(pod, values, code);
+    return result == 1 ? Decoded::Failed : Decoded::Done;
+}
 
-    std::string& requests = with_.run_time.Link.StreamRequests[at(pod)];
+void StreamDecoder::take_answer(Pod pod, const float (&values)[2], std::int16_t code) {
+    std::string& requests = with_.run_time.Link.StreamRequests[pod];
     if (requests.size() <= 3) return;
     const auto end = requests.find(';');
     const std::string token = requests.substr(0, end);
     requests.erase(0, end == std::string::npos ? end : end + 1);
 
-    std::string& kinds = with_.run_time.Poll.RequestKinds[at(pod)];
+    std::string& kinds = with_.run_time.Link.RequestKinds[pod];
     if (token.starts_with("ME")) {
         kinds += '0';
     } else if (token.starts_with("IN")) {
@@ -104,7 +122,7 @@ void StreamDecoder::read_stream1(int pod) {
     }
     const double channel = leading_value(middle(token, 3));
     if (!(channel >= 1 && channel < MaxChannels + 1)) {
-        with_.dialogs.message_box("Zav " + std::to_string(pod + 1) +
+        with_.dialogs.message_box("Zav " + std::to_string(pod.number()) +
                                       ", Stream 1: Detected Illegal Channel Number " +
                                       std::to_string(round_half_even(std::trunc(channel))),
                                   box::Exclamation, ProgramName);
@@ -113,37 +131,32 @@ void StreamDecoder::read_stream1(int pod) {
     take_single_result(pod, static_cast<std::size_t>(channel) - 1, values, code);
 }
 
-void StreamDecoder::take_single_result(int pod, std::size_t channel, const float (&values)[2],
+void StreamDecoder::take_single_result(Pod pod, std::size_t channel, const float (&values)[2],
                                        std::int16_t code) {
-    PodStatus& status = with_.run_time.Status[at(pod)];
-    with_.screen.lblStrm1[at(pod)].caption = "1";
-    status.StreamSeen[RequestStream] = 1;
-    if (with_.run_time.Poll.RequestKinds[at(pod)].starts_with('0')) {
-        const ChannelConfig& config = with_.configuration.ZavConfig[at(pod)].Channel[channel];
+    PodStatus& status = status_[pod];
+    status.StreamMarked[RequestStream] = true;
+    status.StreamSeen[RequestStream] = true;
+    if (with_.run_time.Link.RequestKinds[pod].starts_with('0')) {
+        const ChannelConfig& config = with_.configuration.ZavConfig[pod].Channel[channel];
         status.SingleReading[channel] = cleaned(values[0]) * config.MValue + config.CValue;
     } else {
         status.SingleReading[channel] = cleaned(values[0]);
         status.SingleReading2[channel] = cleaned(values[1]);
     }
     status.SingleResultCode[channel] = code;
-    status.SingleNew[channel] = 1;
-    status.SinglePending[channel] = 0;
-    with_.run_time.Poll.Stream1Arrived = 1;
+    status.SingleNew[channel] = true;
+    status.SinglePending[channel] = false;
+    with_.run_time.Poll.Stream1Arrived = true;
 }
 
-void StreamDecoder::read_stream2(int pod) {
-    PodStatus& status = with_.run_time.Status[at(pod)];
-    const std::span<char> buffer = std::span(status.StreamText).first(EventBytes);
+Decoded StreamDecoder::read_stream2(Pod pod) {
+    const std::span<char> buffer = std::span(status_[pod].StreamText).first(EventBytes);
     // What a reply leaves of the previous one must not be taken for events.
     std::fill(buffer.begin(), buffer.end(), '\0');
-    const auto result = with_.driver.Zav_String(static_cast<std::int16_t>(pod + 1), EventStream,
-                                                buffer, with_.configuration.Interface.CardHandle);
-    if (result == 1) {
-        link_.RxTxErr(pod, 1, 1);
-        return;
-    }
-    with_.run_time.Poll.EventPending = 1;
-    with_.run_time.Poll.LastEvent[at(pod)] = -1;
+    if (with_.driver.Zav_String(pod.number(), EventStream, buffer, card_handle()) == 1)
+        return Decoded::Failed;
+    with_.run_time.Poll.EventPending = true;
+    with_.run_time.Poll.LastEvent[pod] = -1;
     for (std::size_t at_byte = 0; at_byte < EventBytes; at_byte += 4) {
         std::array<unsigned char, 4> record{};
         std::transform(buffer.begin() + static_cast<std::ptrdiff_t>(at_byte),
@@ -152,17 +165,18 @@ void StreamDecoder::read_stream2(int pod) {
         if (record[0] == 0) break;
         if (record[0] != Filler) take_event_record(pod, record.data());
     }
+    return Decoded::Done;
 }
 
-void StreamDecoder::take_event_record(int pod, const unsigned char* record) {
+void StreamDecoder::take_event_record(Pod pod, const unsigned char* record) {
     PollState& poll = with_.run_time.Poll;
-    EventTimeBase& base = poll.EventTimeBase[at(pod)];
+    EventTimeBase& base = poll.EventTimeBase[pod];
     if (record[0] <= LastTimeBase) {
         base = {bcd(record[0]), bcd(record[1]), bcd(record[2]), bcd(record[3])};
         return;
     }
-    const bool switch_pod = with_.run_time.Status[at(pod)].type_code() == "8S";
-    EventEntry& event = poll.Events[at(pod)][at(++poll.LastEvent[at(pod)])];
+    const bool switch_pod = status_[pod].type_code() == "8S";
+    EventEntry& event = poll.Events[pod][at(++poll.LastEvent[pod])];
     event.EvMonth = base.Month;
     event.EvDay = base.Day;
     event.EvHour = base.Hour;
@@ -174,16 +188,16 @@ void StreamDecoder::take_event_record(int pod, const unsigned char* record) {
     event.EvMillisecond = static_cast<std::int16_t>(bcd(record[2]) * 10 + (record[3] >> 4));
 }
 
-void StreamDecoder::read_stream3(int pod) {
-    auto& buffer = with_.run_time.Status[at(pod)].Stream3Text;
-    const auto result = with_.driver.Zav_String(static_cast<std::int16_t>(pod + 1), TextStream,
-                                                std::span(buffer).first(TextBytes),
-                                                with_.configuration.Interface.CardHandle);
-    if (result == 1) link_.RxTxErr(pod, 1, 1);
-    if (with_.run_time.Poll.Stream3AutoClear == 1) return;
-    const std::string text = shortened_stream3_text({buffer.data(), buffer.size()});
-    buffer.fill(' ');
-    std::copy(text.begin(), text.end(), buffer.begin());
+Decoded StreamDecoder::read_stream3(Pod pod) {
+    auto& buffer = status_[pod].Stream3Text;
+    const auto result = with_.driver.Zav_String(pod.number(), TextStream,
+                                                std::span(buffer).first(TextBytes), card_handle());
+    if (!with_.run_time.Poll.Stream3AutoClear) {
+        const std::string text = shortened_stream3_text({buffer.data(), buffer.size()});
+        buffer.fill(' ');
+        std::copy(text.begin(), text.end(), buffer.begin());
+    }
+    return result == 1 ? Decoded::Failed : Decoded::Done;
 }
 
 std::string shortened_stream3_text(std::string_view text) {

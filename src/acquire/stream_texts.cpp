@@ -28,23 +28,22 @@ EventTexts event_texts(const EventEntry& event) {
             std::to_string(event.EvChannel), event_name(event)};
 }
 
-std::vector<EventTexts> DisplayStream2(RunTime& run_time) {
-    const auto pod = at(run_time.Poll.ViewedZav);
+std::vector<EventTexts> DisplayStream2(RunTime& run_time, Pod pod) {
     std::vector<EventTexts> texts;
     for (int i = 0; i <= run_time.Poll.LastEvent[pod]; ++i)
         texts.push_back(event_texts(run_time.Poll.Events[pod][at(i)]));
-    run_time.Status[pod].StreamSeen[EventStream] = 0;
+    run_time.Status[pod].StreamSeen[EventStream] = false;
     return texts;
 }
 
-std::vector<SingleResultText> take_single_results(RunTime& run_time, int pod) {
-    PodStatus& status = run_time.Status[at(pod)];
-    std::string& kinds = run_time.Poll.RequestKinds[at(pod)];
+std::vector<SingleResultText> take_single_results(RunTime& run_time, Pod pod) {
+    PodStatus& status = run_time.Status[pod];
+    std::string& kinds = run_time.Link.RequestKinds[pod];
     std::vector<SingleResultText> results;
     for (int channel = 0; channel < MaxChannels; ++channel) {
         const auto c = at(channel);
-        if (status.SingleNew[c] != 1 || status.SinglePending[c] != 0) continue;
-        status.SingleNew[c] = 0;
+        if (!status.SingleNew[c] || status.SinglePending[c]) continue;
+        status.SingleNew[c] = false;
         const bool error = status.SingleResultCode[c] > HighestValidCode;
         const std::int16_t decimals = decimals_of(status.type_code(), channel + 1);
         std::string text;

@@ -20,8 +20,8 @@ struct EventTexts {
 
 EventTexts event_texts(const EventEntry& event);
 
-// The events of the pod shown by the stream-2 view, oldest first; they count as seen from now on.
-std::vector<EventTexts> DisplayStream2(RunTime& run_time);
+// The last events of a pod, oldest first; they count as seen from now on.
+std::vector<EventTexts> DisplayStream2(RunTime& run_time, Pod pod);
 
 struct SingleResultText {
     int channel = 0;  // channel number - 1
@@ -30,8 +30,8 @@ struct SingleResultText {
     bool operator==(const SingleResultText&) const = default;
 };
 
-// The new answers of a pod (index 0..49) on stream 1 in channel order, each taken once. Values of
+// The new answers of a pod on stream 1 in channel order, each taken once. Values of
 // digital channels without decimals, all others with six.
-std::vector<SingleResultText> take_single_results(RunTime& run_time, int pod);
+std::vector<SingleResultText> take_single_results(RunTime& run_time, Pod pod);
 
 }  // namespace kavorix

@@ -60,6 +60,7 @@ int run_command_line(int argc, const char* const* argv, const ProgramSurrounding
     add_rewrite(line);
     add_show(line);
     add_verify(line);
+    add_alarms(line);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

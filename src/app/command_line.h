@@ -48,6 +48,7 @@ void add_statements(const CommandLine& line);
 void add_rewrite(const CommandLine& line);
 void add_show(const CommandLine& line);
 void add_verify(const CommandLine& line);
+void add_alarms(const CommandLine& line);
 
 // Runs the program: without a command the main window, everything else in the terminal. Usage
 // errors, unusable input and failures become messages and an exit code.

@@ -20,11 +20,10 @@ void print_card(const Station& station, std::ostream& out) {
 
 void print_pods(const Station& station, std::ostream& out) {
     out << "Pod  Ident         Type                    Channels\n";
-    for (int pod = 0; pod < MaxZavs; ++pod) {
-        if (station.run_time.Link.PollTable.InPollTable[at(pod)] != 1) continue;
-        const PodStatus& status = station.run_time.Status[at(pod)];
+    for (const Pod pod : station.run_time.Link.PollTable.InPollTable) {
+        const PodStatus& status = station.run_time.Status[pod];
         const PodTypeRow& type = pod_type(GetZAVTypeCode(status.type_code()));
-        out << two_digits(pod + 1) << "   " << std::left << std::setw(14);
+        out << two_digits(pod.number()) << "   " << std::left << std::setw(14);
         if (status.connected())
             out << to_utf8(status.ident()) << std::setw(24)
                 << (type.type == NoDevice ? "Unknown" : type.description) << status.Channels;

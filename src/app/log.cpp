@@ -48,13 +48,13 @@ class UnattendedRun {
         if (!terminal_.start()) return ExitFailed;
         pods_ = start_measurement(terminal_, options_.measurement);
         set_up_logs();
-        terminal_.station.on_poll([this] { look_for_signals(); });
-        const auto pods = terminal_.station.run_time.Link.PollTable.NumInPoll;
+        terminal_.station.poll_cycle.boundary.always([this](const Moment&) { look_for_signals(); });
+        const int pods = terminal_.station.run_time.Link.PollTable.NumInPoll();
         start();
         loop_.call_later(duration, [this] { interrupted_ = true; });
         loop_.wait_until([this] { return interrupted_ || !polled(); });
         // A channel in error is a reading like any other; a pod that fell silent is not.
-        const bool lost = terminal_.station.run_time.Link.PollTable.NumInPoll < pods;
+        const bool lost = terminal_.station.run_time.Link.PollTable.NumInPoll() < pods;
         stop();
         return lost ? ExitFailed : ExitDone;
     }
@@ -70,9 +70,9 @@ class UnattendedRun {
         log.ScanComment = *comment;
         log.EventComment = *comment;
         log.ScanIntervalChoice = interval_ms(station.configuration.Interface.PollRate);
-        for (const int pod : pods_) {
-            station.run_time.Status[at(pod)].LogScan = options_.scans.empty() ? 0 : 1;
-            station.run_time.Status[at(pod)].LogEvents = options_.events.empty() ? 0 : 1;
+        for (const Pod pod : pods_) {
+            station.run_time.Status[pod].LogScan = !options_.scans.empty();
+            station.run_time.Status[pod].LogEvents = !options_.events.empty();
         }
     }
 
@@ -86,40 +86,38 @@ class UnattendedRun {
     }
 
     void start() {
-        Operations& operations = terminal_.station.operations;
-        operations.CheckItems();
+        LogFile& logs = terminal_.station.log_file;
         if (!options_.events.empty()) {
-            operations.run(Command::StartEventLog);
+            logs.Start_Log_File(EventLog);
             capture_events();
         }
-        if (!options_.scans.empty()) operations.run(Command::StartScanLog);
+        if (!options_.scans.empty()) logs.Start_Log_File(ScanLog);
     }
 
     // The digital pods among those measured report their events; the others know no such command.
     void capture_events() {
         Station& station = terminal_.station;
-        std::vector<int> digital;
-        for (const int pod : pods_)
-            if (station.run_time.Status[at(pod)].type_code().starts_with('8'))
-                digital.push_back(pod);
+        PodSet digital;
+        for (const Pod pod : pods_)
+            if (station.run_time.Status[pod].type_code().starts_with('8')) digital.add(pod);
         station.select_pods(digital);
-        station.operations.run(Command::EventCaptureOn);
+        if (station.run_time.Link.NumSelected() > 0) station.pods.capture_events(true);
         station.select_pods(pods_);
     }
 
     void stop() {
-        Operations& operations = terminal_.station.operations;
-        operations.run(Command::StopScanLog);
-        operations.run(Command::StopEventLog);
-        operations.run(Command::Halt);
-        terminal_.station.finish();
+        Station& station = terminal_.station;
+        station.log_file.Stop_Log_File(ScanLog);
+        station.log_file.Stop_Log_File(EventLog);
+        halt_measurement(station);
+        station.finish();
         if (errors() > 0)
             messages_ << errors() << " errors occurred, see ERR_LOG.TXT in the program directory"
                       << std::endl;
     }
 
     std::int32_t errors() const { return terminal_.station.run_time.Link.SessionErrorCount; }
-    bool polled() const { return terminal_.station.run_time.Link.PollTable.NumInPoll > 0; }
+    bool polled() const { return terminal_.station.run_time.Link.PollTable.NumInPoll() > 0; }
 
     // Virtual time does not wait for anything, signals included.
     void look_for_signals() {
@@ -134,7 +132,7 @@ class UnattendedRun {
     bool fast_;
     EventLoop& loop_;
     TerminalStation terminal_;
-    std::vector<int> pods_;
+    PodSet pods_;
 };
 
 }  // namespace

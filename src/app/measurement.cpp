@@ -30,30 +30,34 @@ void load_configuration_file(TerminalStation& terminal, const std::string& path)
         throw UnusableInput{path + " does not fit the connected pods:" + problems};
 }
 
-std::vector<int> configured_pods(const Station& station) {
-    std::vector<int> pods;
-    for (int pod = 0; pod < MaxZavs; ++pod)
-        if (station.configuration.ZavConfig[at(pod)].TypeCode != NoDevice) pods.push_back(pod);
+PodSet configured_pods(const Station& station) {
+    PodSet pods;
+    for (const Pod pod : all_pods())
+        if (station.configuration.ZavConfig[pod].TypeCode != NoDevice) pods.add(pod);
     return pods;
 }
 
-std::vector<int> start_measurement(TerminalStation& terminal, const MeasurementOptions& options) {
+PodSet start_measurement(TerminalStation& terminal, const MeasurementOptions& options) {
     Station& station = terminal.station;
-    std::vector<int> pods;
+    PodSet pods;
     if (options.config_file.empty()) {
         pods = terminal.pods(options.pods);
         station.select_pods(pods);
-        station.operations.run(Command::DefaultContScan);
+        station.pods.default_cont_scan();
     } else {
         load_configuration_file(terminal, options.config_file);
         pods = options.pods.empty() ? configured_pods(station) : terminal.pods(options.pods);
         if (pods.empty()) throw UnusableInput{options.config_file + " configures no pod"};
-        for (const int pod : pods) station.configuration.ZavConfig[at(pod)].ContScan = 1;
+        for (const Pod pod : pods) station.configuration.ZavConfig[pod].ContScan = 1;
         station.select_pods(pods);
-        station.operations.run(Command::TransmitConfig);
+        station.pods.transmit_config();
     }
-    station.operations.run(Command::Trigger);
+    if (station.run_time.Link.NumSelected() > 0) station.pods.trigger();
     return pods;
+}
+
+void halt_measurement(Station& station) {
+    if (station.run_time.Link.NumSelected() > 0) station.pods.halt();
 }
 
 int duration_ms(const std::string& text) {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include "app/terminal.h"
 
@@ -14,17 +13,20 @@ struct MeasurementOptions {
     std::string config_file;  // empty: every pod gets the default configuration of its type
 };
 
-// Selects the pods, configures them, lets them scan continuously and triggers them; returns their
-// indices. A pod that the file does not let scan continuously is made to, or a run would have one
+// Selects the pods, configures them, lets them scan continuously and triggers them; returns which
+// they are. A pod that the file does not let scan continuously is made to, or a run would have one
 // reading of it. Throws UnusableInput when the file cannot be loaded or a pod does not answer.
-std::vector<int> start_measurement(TerminalStation& terminal, const MeasurementOptions& options);
+PodSet start_measurement(TerminalStation& terminal, const MeasurementOptions& options);
 
 // Loads a file into the station's configuration, checked against its pods. Throws UnusableInput
 // with every problem.
 void load_configuration_file(TerminalStation& terminal, const std::string& path);
 
-// The pods (indices) that the configuration gives a type.
-std::vector<int> configured_pods(const Station& station);
+// Halts the selected pods, if any are left.
+void halt_measurement(Station& station);
+
+// The pods that the configuration gives a type.
+PodSet configured_pods(const Station& station);
 
 // A duration option; 0 for an empty text. Throws UnusableInput when it is no duration.
 int duration_ms(const std::string& text);

@@ -17,7 +17,7 @@ std::unique_ptr<Driver> make_driver(const CommonOptions& options, Files& files, 
     if (options.network.empty()) return std::make_unique<sim::Network>(sim::demo_scenario(), loop);
     std::string text;
     try {
-        text = read_all(files, options.network);
+        text = read_all(files, options.network, sim::LongestScenario);
     } catch (const std::system_error& failure) {
         throw UnusableInput{failure.what()};
     }

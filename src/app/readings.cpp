@@ -18,10 +18,10 @@ std::string channel_text(const PodStatus& status, std::size_t channel) {
 
 }  // namespace
 
-std::string reading_line(const WallTime& time, int pod, const PodStatus& status) {
+std::string reading_line(const WallTime& time, Pod pod, const PodStatus& status) {
     std::string line = general_date(time).substr(11) + "." +
                        std::to_string(1000 + time.millisecond).substr(1) + " " +
-                       two_digits(pod + 1) + " " + to_utf8(status.type_code());
+                       two_digits(pod.number()) + " " + to_utf8(status.type_code());
     bool any = false;
     for (int channel = 0; channel < status.usable_channels(); ++channel) {
         if (status.ResultCode[at(channel)] == HighestValidCode + NotMeasured) continue;

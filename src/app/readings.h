@@ -7,9 +7,9 @@
 
 namespace kavorix {
 
-// The readings of a pod (index 0..49) as a line: time, pod, type, then "channel=value" for every
+// The readings of a pod as a line: time, pod, type, then "channel=value" for every
 // measured channel, the short error name for one in error: "13:45:02.500 03 7V 1=0.52 2=ErrOvrld".
 // "-" when the pod has not given a reading yet.
-std::string reading_line(const WallTime& time, int pod, const PodStatus& status);
+std::string reading_line(const WallTime& time, Pod pod, const PodStatus& status);
 
 }  // namespace kavorix

@@ -7,60 +7,32 @@
 #include "app/command_line.h"
 #include "app/config_loading.h"
 #include "app/network.h"
-#include "base/text.h"
+#include "app/text_table.h"
 #include "ui/channel_view.h"
 
 namespace kavorix {
 
 namespace {
 
-constexpr std::size_t Gap = 2;  // blanks between columns
-
 struct ShowOptions {
     std::string file;
     int pod = 0;  // 0: all
 };
 
-// A column as wide as its widest text, the heading being the first.
-struct Column {
-    std::vector<std::string> texts;
-    std::size_t width = 0;
-
-    void add(std::string text) {
-        width = std::max(width, text.size());
-        texts.push_back(std::move(text));
-    }
-};
-
-// The columns of the channel view but those that the type has no use for.
-std::vector<Column> columns_of(const Grid& grid) {
-    std::vector<Column> columns;
-    for (std::size_t i = 0; i < grid.headings.size(); ++i) {
-        std::string heading = grid.headings[i];
-        if (heading.empty()) continue;
-        std::replace(heading.begin(), heading.end(), '\n', ' ');
-        Column column;
-        column.add(heading);
-        for (const auto& row : grid.rows) column.add(row[i].text);
-        columns.push_back(std::move(column));
-    }
-    return columns;
-}
-
-// Texts are measured in the characters that they have before they become UTF-8.
+// The rows of the channel view, without the columns that the type has no use for.
 void print_pod(const PodConfig& pod, int number, std::ostream& out) {
     const ChannelView view(pod, number);
-    out << view.screen.caption << "\n";
-    const std::vector<Column> columns = columns_of(view.screen.grdChannel);
-    for (std::size_t row = 0; row <= view.screen.grdChannel.rows.size(); ++row) {
-        std::string line;
-        for (const Column& column : columns) {
-            line += column.texts[row];
-            line.append(column.width - column.texts[row].size() + Gap, ' ');
-        }
-        line.erase(line.find_last_not_of(' ') + 1);
-        out << to_utf8(line) << "\n";
+    const Grid& grid = view.screen.grdChannel;
+    std::vector<std::vector<std::string>> rows(grid.rows.size() + 1);
+    for (std::size_t i = 0; i < grid.headings.size(); ++i) {
+        if (grid.headings[i].empty()) continue;
+        rows[0].push_back(grid.headings[i]);
+        std::replace(rows[0].back().begin(), rows[0].back().end(), '\n', ' ');
+        for (std::size_t row = 0; row < grid.rows.size(); ++row)
+            rows[row + 1].push_back(grid.rows[row][i].text);
     }
+    out << view.screen.caption << "\n";
+    print_table(rows, out);
 }
 
 int show(const CommandLine& line, const ShowOptions& options) {

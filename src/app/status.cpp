@@ -4,16 +4,24 @@
 #include "app/command_line.h"
 #include "app/terminal.h"
 #include "base/text.h"
+#include "ui/status_view.h"
 
 namespace kavorix {
 
 namespace {
 
 // The status view with its sections as text; the exit code tells whether a pod failed.
-int print_status(Station& station, const std::vector<int>& pods, std::ostream& out) {
+int print_status(Station& station, const PodSet& pods, std::ostream& out) {
     station.select_pods(pods);
-    station.operations.img_4A_Click();
-    StatusView view = station.make_status_view();
+    station.run_time.Link.InterfaceSelected = true;
+    const auto system_info = make_host_system_info();
+    StatusView view({station.discovery,
+                     station.message_line,
+                     station.failures,
+                     *system_info,
+                     station.configuration,
+                     station.run_time,
+                     {}});
     view.Form_Load();
     out << StatusHeader << "\n"
         << to_utf8(view.screen.txtZAVStat.text) << "\n"

@@ -24,47 +24,39 @@ Answer TerminalDialogs::Msg_Box(std::string_view text, int flags, std::string_vi
 TerminalStation::TerminalStation(const CommonOptions& options, EventLoop& loop,
                                  std::ostream& messages, bool keep_error_log)
     : files_(make_host_files()),
-      system_info_(make_host_system_info()),
       driver_(make_driver(options, *files_, loop)),
       dialogs_(messages),
       station({*driver_,
                loop,
                dialogs_,
                *files_,
-               windows_,
-               {program_directory(options, *files_), keep_error_log},
-               *system_info_}) {
-    dialogs_.on_repaint([&] {
-        const Label& line = station.screen.lblMsg;
-        if (line.fore == Colour::Red && !line.caption.empty())
-            messages << to_utf8(trim(line.caption)) << std::endl;
+               {program_directory(options, *files_), keep_error_log}}) {
+    station.message_line.told.always([&messages](const Message& message) {
+        if (message.Severity == Severity::Error)
+            messages << to_utf8(trim(message.Text)) << std::endl;
     });
 }
 
 bool TerminalStation::start() {
     station.start();
-    return station.run_time.Link.PollTable.NumInPoll > 0;
+    return !station.run_time.Link.PollTable.InPollTable.empty();
 }
 
 const sim::Network* TerminalStation::simulated_network() const {
     return dynamic_cast<const sim::Network*>(driver_.get());
 }
 
-std::vector<int> TerminalStation::pods(const std::string& list) const {
-    const PodFlags& in_table = station.run_time.Link.PollTable.InPollTable;
-    std::vector<int> chosen;
-    if (list.empty()) {
-        for (int pod = 0; pod < MaxZavs; ++pod)
-            if (in_table[at(pod)] == 1) chosen.push_back(pod);
-        return chosen;
-    }
+PodSet TerminalStation::pods(const std::string& list) const {
+    const PodSet& in_table = station.run_time.Link.PollTable.InPollTable;
+    if (list.empty()) return in_table;
     const auto numbers = parse_pod_list(list);
     if (!numbers)
         throw UnusableInput{"\"" + list + "\" is not a list of pod numbers such as 1-5,7"};
+    PodSet chosen;
     for (const int number : *numbers) {
-        if (in_table[at(number - 1)] != 1)
+        if (!in_table.has(Pod::numbered(number)))
             throw UnusableInput{"No pod answers at number " + std::to_string(number)};
-        chosen.push_back(number - 1);
+        chosen.add(Pod::numbered(number));
     }
     return chosen;
 }

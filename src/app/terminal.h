@@ -2,7 +2,6 @@
 
 // A station without a window, for the terminal commands.
 
-#include <functional>
 #include <iosfwd>
 #include <memory>
 #include <string>
@@ -30,17 +29,11 @@ class TerminalDialogs : public Dialogs {
     void show_wait_message(std::string_view) override {}
     void set_pointer(Pointer) override {}
     void beep() override {}
-    void repaint() override {
-        if (on_repaint_) on_repaint_();
-    }
+    void repaint() override {}
     bool open_in_editor(const std::string&) override { return false; }
-
-    // Called whenever the control records are to be brought onto the screen.
-    void on_repaint(std::function<void()> action) { on_repaint_ = std::move(action); }
 
   private:
     std::ostream& messages_;
-    std::function<void()> on_repaint_;
 };
 
 class TerminalStation {
@@ -55,25 +48,17 @@ class TerminalStation {
     Files& files() { return *files_; }
     const Driver& driver() const { return *driver_; }
 
-    // The pods (indices) of the poll table that are asked for; all of them for an empty list.
-    // Throws UnusableInput when one that is asked for does not answer.
-    std::vector<int> pods(const std::string& list) const;
+    // The pods of the poll table that are asked for; all of them for an empty list. Throws
+    // UnusableInput when one that is asked for does not answer.
+    PodSet pods(const std::string& list) const;
 
     // The simulated network that it works with; nothing when a driver library is in its place.
     const sim::Network* simulated_network() const;
 
   private:
-    class NoWindows : public Windows {
-      public:
-        void show_about(const AboutBox&) override {}
-        void show_stream0() override {}
-    };
-
     std::unique_ptr<Files> files_;
-    std::unique_ptr<SystemInfo> system_info_;
     std::unique_ptr<Driver> driver_;
     TerminalDialogs dialogs_;
-    NoWindows windows_;
 
   public:
     Station station;

@@ -209,13 +209,13 @@ std::vector<std::string> differences(const PodConfig& configured, const sim::Hel
 }
 
 std::vector<std::string> verify_pods(const PodConfigs& configured, const sim::Network& network,
-                                     std::span<const int> pods) {
+                                     const PodSet& pods) {
     std::vector<std::string> lines;
-    for (const int pod : pods) {
-        const PodConfig& config = configured[at(pod)];
+    for (const Pod pod : pods) {
+        const PodConfig& config = configured[pod];
         if (config.TypeCode == NoDevice) continue;
-        const std::string name = "ZAV " + two_digits(pod + 1) + " ";
-        const sim::HeldSettings* held = network.held(pod + 1);
+        const std::string name = "ZAV " + two_digits(pod.number()) + " ";
+        const sim::HeldSettings* held = network.held(pod.number());
         if (held == nullptr) {
             lines.push_back(name + "is not in the simulated network");
             continue;

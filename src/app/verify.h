@@ -3,7 +3,6 @@
 // Whether simulated pods hold what was configured: the records of the station against what each pod
 // has read out of the commands that reached it.
 
-#include <span>
 #include <string>
 #include <vector>
 
@@ -19,9 +18,9 @@ namespace kavorix {
 // configuration switched it on.
 std::vector<std::string> differences(const PodConfig& configured, const sim::HeldSettings& held);
 
-// The same over several pods (indices 0..49), each line with "ZAV 07 " in front. Pods without a
+// The same over several pods, each line with "ZAV 07 " in front. Pods without a
 // configured type are skipped; one that the network does not have is a difference.
 std::vector<std::string> verify_pods(const PodConfigs& configured, const sim::Network& network,
-                                     std::span<const int> pods);
+                                     const PodSet& pods);
 
 }  // namespace kavorix

@@ -21,14 +21,14 @@ int verify(const CommandLine& line, const std::string& path) {
     if (!terminal.start()) return ExitFailed;
     load_configuration_file(terminal, path);
     Station& station = terminal.station;
-    const std::vector<int> pods = configured_pods(station);
+    const PodSet pods = configured_pods(station);
     station.select_pods(pods);
-    station.operations.run(Command::TransmitConfig);
+    station.pods.transmit_config();
 
     const auto& network = dynamic_cast<const sim::Network&>(terminal.driver());
     const auto found = verify_pods(station.configuration.ZavConfig, network, pods);
     for (const std::string& difference : found) line.with.out << difference << "\n";
-    line.with.messages << pods.size() << (pods.size() == 1 ? " pod" : " pods") << " compared, "
+    line.with.messages << pods.count() << (pods.count() == 1 ? " pod" : " pods") << " compared, "
                        << found.size() << (found.size() == 1 ? " difference" : " differences")
                        << std::endl;
     return found.empty() && station.run_time.Link.SessionErrorCount == 0 ? ExitDone : ExitFailed;

@@ -27,24 +27,24 @@ class Watch {
         if (!terminal_.start()) return ExitFailed;
         Station& station = terminal_.station;
         // A channel in error is a reading like any other; a pod that falls silent is not.
-        const auto found = station.run_time.Link.PollTable.NumInPoll;
+        const int found = station.run_time.Link.PollTable.NumInPoll();
         pods_ = start_measurement(terminal_, options_.measurement);
-        station.on_poll([this] { print(); });
+        auto printing = station.poll_cycle.boundary.subscribe([this](const Moment&) { print(); });
         if (duration > 0) loop_->call_later(duration, [this] { interrupted_ = true; });
         loop_->wait_until([this] { return interrupted_ || !polled(); });
-        const bool lost = terminal_.station.run_time.Link.PollTable.NumInPoll < found;
-        station.on_poll({});
-        station.operations.run(Command::Halt);
+        const bool lost = station.run_time.Link.PollTable.NumInPoll() < found;
+        printing.end();
+        halt_measurement(station);
         return lost ? ExitFailed : ExitDone;
     }
 
   private:
-    bool polled() const { return terminal_.station.run_time.Link.PollTable.NumInPoll > 0; }
+    bool polled() const { return terminal_.station.run_time.Link.PollTable.NumInPoll() > 0; }
 
     void print() {
         const WallTime time = loop_->wall_time();
-        for (const int pod : pods_)
-            out_ << reading_line(time, pod, terminal_.station.run_time.Status[at(pod)]) << "\n";
+        for (const Pod pod : pods_)
+            out_ << reading_line(time, pod, terminal_.station.run_time.Status[pod]) << "\n";
         out_ << std::flush;
     }
 
@@ -53,7 +53,7 @@ class Watch {
     bool interrupted_ = false;
     std::unique_ptr<EventLoop> loop_;
     TerminalStation terminal_;
-    std::vector<int> pods_;
+    PodSet pods_;
 };
 
 }  // namespace

@@ -6,8 +6,8 @@
 #include <memory>
 #include <string>
 
+#include "app/desk.h"
 #include "app/network.h"
-#include "app/station.h"
 #include "ui/qt/main_window.h"
 #include "ui/qt/pod_setup_windows.h"
 #include "ui/qt/qt_dialogs.h"
@@ -28,6 +28,8 @@ class WindowStation {
     QtEventLoop loop;
 
   private:
+    CompareHeld compare_held();
+
     Mirrors mirrors_;
     QtDialogs dialogs_;
     std::unique_ptr<Files> files_;
@@ -43,11 +45,12 @@ class WindowStation {
     Station station;
 
   private:
-    QtWindows windows_;
     WindowMemory memory_;
+    QtWindows windows_;
     QtPodSetupWindows pod_setup_windows_;
 
   public:
+    Desk desk;
     QtMainWindow window;
 };
 

@@ -3,9 +3,9 @@
 #include <system_error>
 #include <utility>
 
+#include "base/program_name.h"
 #include "base/text.h"
 #include "config/config_writer.h"
-#include "link/error_log.h"
 
 namespace kavorix {
 
@@ -63,7 +63,7 @@ bool ConfigFiles::name_file(std::int16_t& result) {
 
 std::int16_t ConfigFiles::save_file(std::int16_t saveAs) {
     return trapped(with_.failures, "confact/save_file", [&]() -> std::int16_t {
-        with_.message_line.DispMsg("", Colour::Blue);
+        with_.message_line.DispMsg("", Severity::Progress);
         save_failure_.reset();
         const std::string before = with_.configuration.ConfigFileName;
         std::int16_t result = 0;
@@ -86,7 +86,7 @@ void ConfigFiles::write_file() {
         return;
     }
     with_.configuration.ConfigChanged = 0;
-    with_.message_line.DispMsg(" Configuration file Saved", Colour::Blue);
+    with_.message_line.DispMsg(" Configuration file Saved", Severity::Progress);
     note_use();
 }
 
@@ -121,7 +121,7 @@ std::optional<std::string> ConfigFiles::ask_for_file(const std::string& director
 template <class Ask>
 void ConfigFiles::open_chosen(Ask ask) {
     trapped(with_.failures, "confact/open_file", [&] {
-        with_.message_line.DispMsg("", Colour::Blue);
+        with_.message_line.DispMsg("", Severity::Progress);
         if (!may_open()) return;
         const Choice choice = choose(ask,
                                      "File is not an ZAV Configuration File. Please Select a File "
@@ -197,7 +197,7 @@ void ConfigFiles::report_loaded(const std::string& path) {
     note_use();
     with_.dialogs.set_pointer(Pointer::Default);
     with_.message_line.DispMsg(" Configuration file Loaded - must be Transmitted to take Effect",
-                               Colour::Blue);
+                               Severity::Progress);
 }
 
 void ConfigFiles::report_errors(const LoadLog& log) {

@@ -4,14 +4,13 @@
 
 namespace kavorix {
 
-void SentConfigurations::note(int pod) {
-    sent_[at(pod)] = configuration_statements(configured_[at(pod)]);
+void SentConfigurations::note(Pod pod) {
+    sent_[pod] = configuration_statements(configured_[pod]);
 }
 
-bool SentConfigurations::differs(int pod) const {
-    const PodConfig& now = configured_[at(pod)];
-    return sent_[at(pod)] && now.TypeCode != NoDevice &&
-           *sent_[at(pod)] != configuration_statements(now);
+bool SentConfigurations::differs(Pod pod) const {
+    const PodConfig& now = configured_[pod];
+    return sent_[pod] && now.TypeCode != NoDevice && *sent_[pod] != configuration_statements(now);
 }
 
 }  // namespace kavorix

@@ -1,11 +1,8 @@
 #include "config/transmission.h"
 
-#include <algorithm>
-#include <utility>
-
+#include "base/program_name.h"
 #include "base/text.h"
 #include "config/statements.h"
-#include "link/error_log.h"
 
 namespace kavorix {
 
@@ -25,62 +22,39 @@ class While {
 
 }  // namespace
 
-Transmission::Transmission(const Configuration& configuration, const PodStatuses& status,
-                           LinkState& link, Dialogs& dialogs, FailureReporter& failures,
-                           SentConfigurations& sent, std::function<void()> TXString)
-    : configuration_(configuration),
-      status_(status),
-      link_(link),
-      dialogs_(dialogs),
-      failures_(failures),
-      sent_(sent),
-      tx_string_(std::move(TXString)) {}
-
-std::string Transmission::load_config(std::int16_t podIndex) {
-    return trapped(failures_, "confact/load_config", [&] { return statements_for(podIndex); });
+std::string Transmission::load_config(Pod pod) {
+    return trapped(with_.failures, "confact/load_config", [&] { return statements_for(pod); });
 }
 
-std::string Transmission::statements_for(std::int16_t podIndex) {
-    const PodConfig& pod = configuration_.ZavConfig[at(podIndex)];
-    if (GetZAVTypeCode(status_[at(podIndex)].type_code()) != pod.TypeCode) {
-        dialogs_.Msg_Box("ZAV type does not match the configuration ZAV type for ZAV number " +
-                             two_digits(podIndex + 1) +
-                             ".\n\nConfiguration for this ZAV will not be transmitted.",
-                         box::Exclamation, ProgramName);
+std::string Transmission::statements_for(Pod pod) {
+    const PodConfig& config = with_.configuration.ZavConfig[pod];
+    if (GetZAVTypeCode(with_.status[pod].type_code()) != config.TypeCode) {
+        with_.dialogs.Msg_Box("ZAV type does not match the configuration ZAV type for ZAV number " +
+                                  two_digits(pod.number()) +
+                                  ".\n\nConfiguration for this ZAV will not be transmitted.",
+                              box::Exclamation, ProgramName);
         return {};
     }
-    return configuration_statements(pod);
+    return configuration_statements(config);
 }
 
-void Transmission::transmit_config(const PodFlags& withdrawn) {
-    if (transmitting_) return;
-    const While sending(transmitting_);
-    PodFlags chosen = link_.ZavSelected;
-    const PodFlags polled = link_.PollTable.InPollTable;
-    link_.ZavSelected.fill(0);
-    // The poll cycle goes on meanwhile and may remove pods that are not being sent to.
-    const auto removed = [&](int pod) {
-        return polled[at(pod)] == 1 && link_.PollTable.InPollTable[at(pod)] == 0;
-    };
-    for (int pod = 0; pod < MaxZavs; ++pod)
-        if (chosen[at(pod)] == 1 && !removed(pod) && withdrawn[at(pod)] != 1)
-            transmit_to(pod, chosen);
-    for (int pod = 0; pod < MaxZavs; ++pod)
-        if (removed(pod)) chosen[at(pod)] = 0;
-    link_.ZavSelected = chosen;
-    link_.NumSelected = static_cast<std::int16_t>(std::count(chosen.begin(), chosen.end(), 1));
+PodSet Transmission::transmit_config(const PodSet& pods) {
+    PodSet reached;
+    if (transmitting_) return reached;
+    const While under_way(transmitting_);
+    const Sending sending(with_.link);
+    // The poll cycle and the operator go on meanwhile.
+    const StandingPods standing(pods, with_.link);
+    for (const Pod pod : PodSet(pods))
+        if (standing.has(pod) && transmit_to(pod)) reached.add(pod);
+    return reached;
 }
 
-void Transmission::transmit_to(int pod, PodFlags& chosen) {
-    const std::string statements = load_config(static_cast<std::int16_t>(pod));
-    link_.CommandString = statements;
-    link_.ZavSelected.fill(0);
-    link_.ZavSelected[at(pod)] = 1;
-    tx_string_();
-    // The link takes a pod that fails out of the selection.
-    chosen[at(pod)] = link_.ZavSelected[at(pod)];
-    link_.ZavSelected[at(pod)] = 0;
-    if (!statements.empty() && chosen[at(pod)] == 1) sent_.note(pod);
+bool Transmission::transmit_to(Pod pod) {
+    const std::string statements = load_config(pod);
+    const bool got = with_.command_link.send(statements, {pod}).has(pod) && !statements.empty();
+    if (got) with_.sent.note(pod);
+    return got;
 }
 
 }  // namespace kavorix

@@ -4,9 +4,9 @@
 #include <utility>
 
 #include "base/numbers.h"
+#include "base/program_name.h"
 #include "base/text.h"
 #include "graphs/legend.h"
-#include "link/error_log.h"
 #include "model/catalogue.h"
 
 namespace kavorix {
@@ -22,9 +22,9 @@ int whole_value(const TextField& field, int highest) {
     return std::clamp(round_half_even(numeric_value(field.text)), 0, highest);
 }
 
-std::string pod_entry(int pod, const PodStatus& status) {
+std::string pod_entry(Pod pod, const PodStatus& status) {
     const PodTypeRow& type = pod_type(GetZAVTypeCode(status.type_code()));
-    return two_digits(pod + 1) + " - " +
+    return two_digits(pod.number()) + " - " +
            std::string(type.type == NoDevice ? status.type_code() : type.description);
 }
 
@@ -53,7 +53,7 @@ void GraphSetup::show_settings() {
     const bool bar = settings.Type == BarGraph;
     screen.optBar.selected = bar;
     screen.optTrend.selected = !bar;
-    screen.chkGridLines.checked = !bar && settings.GridLines == 1;
+    screen.chkGridLines.checked = !bar && settings.GridLines;
     const bool default_title = settings.Title == "TrendGraph" || settings.Title == BarTitle;
     screen.txtTitle.text = !default_title ? settings.Title : bar ? BarTitle : TrendTitle;
     screen.txtXTitle.text = settings.XTitle;
@@ -77,9 +77,8 @@ void GraphSetup::show_type() {
 
 void GraphSetup::show_pods() {
     screen.cboZAV.entries.clear();
-    for (int pod = 0; pod < MaxZavs; ++pod)
-        if (with_.link.ZavSelected[at(pod)] == 1)
-            screen.cboZAV.entries.push_back({pod_entry(pod, with_.status[at(pod)]), pod});
+    for (const Pod pod : with_.link.ZavSelected)
+        screen.cboZAV.entries.push_back({pod_entry(pod, with_.status[pod]), pod.index()});
     screen.cboZAV.index = screen.cboZAV.entries.empty() ? -1 : 0;
     show_channels();
 }
@@ -204,7 +203,6 @@ bool GraphSetup::cmdOK_Click() {
     return trapped(with_.failures, "frmQCSetup/cmdOK_Click", [&] {
         if (!accepted()) return false;
         store();
-        with_.main_window.CheckItems();
         return true;
     });
 }
@@ -226,14 +224,14 @@ void GraphSetup::store() {
     settings.Hours = whole_value(screen.txtHours, HighestHour);
     settings.Minutes = whole_value(screen.txtMinutes, HighestMinute);
     settings.Type = bar ? BarGraph : TrendGraph;
-    settings.GridLines = !bar && screen.chkGridLines.checked ? 1 : 0;
+    settings.GridLines = !bar && screen.chkGridLines.checked;
     settings.Title = screen.txtTitle.text;
     settings.XTitle = screen.txtXTitle.text;
     settings.YTitle = screen.txtYTitle.text;
     settings.YMaximum = numeric_value(screen.txtPosVal.text);
     settings.YMinimum = numeric_value(screen.txtNegVal.text);
     with_.graph.TrendSelected = chosen_;
-    with_.graph.GraphsSetUp = count() > 0 ? 1 : 0;
+    with_.graph.GraphsSetUp = count() > 0;
 }
 
 }  // namespace kavorix

@@ -8,7 +8,6 @@
 #include <string_view>
 
 #include "base/trap.h"
-#include "link/command_link.h"
 #include "model/runtime.h"
 #include "platform/controls.h"
 #include "platform/dialogs.h"
@@ -92,7 +91,6 @@ class GraphSetup {
         const PodConfigs& pods;
         Dialogs& dialogs;
         FailureReporter& failures;
-        MainWindow& main_window;
         std::function<void()> printer_setup;
     };
     explicit GraphSetup(const Surroundings& surroundings);

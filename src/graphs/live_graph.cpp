@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "base/program_name.h"
 #include "graphs/palette.h"
-#include "link/error_log.h"
 
 namespace kavorix {
 
@@ -39,7 +39,7 @@ PlotHandle draw_trend_page(Plot& plot, PlotHandle graph, const GraphPage& page) 
     plot.WRDrawTimeAxis(graph);
     plot.WRLabelTimeAxis(graph);
     plot.WGTitleAxis(graph, PlotAxis::X, page.Settings.XTitle);
-    if (page.Settings.GridLines == 1) plot.WRDynGrid(graph);
+    if (page.Settings.GridLines) plot.WRDynGrid(graph);
     const PlotHandle data_set =
         plot.WRDefineDynDataSet(graph, "TrendData", page.channels(), page.Interval_s, page.Span_s);
     plot.WRSetDynText(data_set, "Volts");
@@ -89,24 +89,19 @@ void LiveGraph::view_graph() {
         start_samplers();
         with_.window.show_graph();
         BuildGraph();
-        with_.main_window.CheckItems();
     });
 }
 
 bool LiveGraph::every_selected_pod_has_channels() const {
-    for (int pod = 0; pod < MaxZavs; ++pod) {
-        const ChannelFlags& chosen = with_.graph.TrendSelected[at(pod)];
-        if (with_.link.ZavSelected[at(pod)] == 1 && std::count(chosen.begin(), chosen.end(), 1) < 1)
-            return false;
-    }
-    return true;
+    return std::all_of(with_.link.ZavSelected.begin(), with_.link.ZavSelected.end(),
+                       [&](Pod pod) { return with_.graph.TrendSelected[pod] != ChannelFlags{}; });
 }
 
 void LiveGraph::start_samplers() {
-    for (int pod = 0; pod < MaxZavs; ++pod) {
-        with_.graph.TrendRef[at(pod)].fill(0);
-        with_.graph.TrendDev[at(pod)].fill(0);
-        with_.graph.TrendPeak[at(pod)] = with_.status[at(pod)].Reading;
+    for (const Pod pod : all_pods()) {
+        with_.graph.TrendRef[pod].fill(0);
+        with_.graph.TrendDev[pod].fill(0);
+        with_.graph.TrendPeak[pod] = with_.status[pod].Reading;
     }
 }
 
@@ -116,7 +111,7 @@ void LiveGraph::BuildGraph() {
         with_.plot.WGEnableDialogs(false);
         StartGraphs();
         with_.plot.WGUpdatePage(page_);
-        with_.graph.TrendRunning = 1;
+        with_.graph.TrendRunning = true;
     });
 }
 
@@ -170,13 +165,12 @@ bool LiveGraph::unload_request() {
             return false;
         if (exists()) free_graph();
         with_.window.close_graph();
-        with_.main_window.CheckItems();
         return true;
     });
 }
 
 void LiveGraph::free_graph() {
-    with_.graph.TrendRunning = 0;
+    with_.graph.TrendRunning = false;
     with_.plot.WRDeleteRTGraph(graph_);
     with_.plot.WRFreeDynDataSet(data_set_);
     page_ = graph_ = data_set_ = NoPlotHandle;

@@ -9,7 +9,6 @@
 #include "base/trap.h"
 #include "graphs/legend.h"
 #include "graphs/plot.h"
-#include "link/command_link.h"
 #include "model/runtime.h"
 #include "platform/dialogs.h"
 
@@ -58,7 +57,6 @@ class LiveGraph {
         const PodConfigs& pods;
         Dialogs& dialogs;
         FailureReporter& failures;
-        MainWindow& main_window;
         Plot& plot;
         GraphWindow& window;
     };

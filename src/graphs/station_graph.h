@@ -17,16 +17,14 @@ class StationGraph {
         const EventLoop& loop;
         Dialogs& dialogs;
         FailureReporter& failures;
-        MainWindow& main_window;
         GraphWindow& window;
     };
     explicit StationGraph(const Surroundings& with)
         : page(with.loop),
           live({with.run_time.Graph, with.run_time.Status, with.run_time.Link,
-                with.configuration.ZavConfig, with.dialogs, with.failures, with.main_window, page,
-                with.window}),
+                with.configuration.ZavConfig, with.dialogs, with.failures, page, with.window}),
           setup({with.run_time.Graph, with.run_time.Status, with.run_time.Link,
-                 with.configuration.ZavConfig, with.dialogs, with.failures, with.main_window,
+                 with.configuration.ZavConfig, with.dialogs, with.failures,
                  [this] { live.printer_setup(); }}),
           controls(page) {}
 

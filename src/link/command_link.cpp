@@ -1,9 +1,10 @@
 #include "link/command_link.h"
 
+#include <optional>
 #include <string>
-#include <utility>
 
 #include "base/numbers.h"
+#include "base/program_name.h"
 #include "base/text.h"
 
 namespace kavorix {
@@ -66,48 +67,48 @@ class Tokeniser {
 }  // namespace
 
 struct CommandLink::Call {
+    StandingPods pods;
     bool failed = false;
-    int first_request_pod = -1;
+    std::optional<Pod> first_request_pod;
 };
 
-CommandLink::CommandLink(const Surroundings& surroundings) : with_(surroundings) {
+CommandLink::CommandLink(const Surroundings& surroundings)
+    : with_(surroundings), link_(with_.run_time.Link), status_(with_.run_time.Status) {
     tmrTransmit_ = with_.loop.make_timer([this] {
-        with_.run_time.Link.TransmitDelayDone = true;
+        link_.TransmitDelayDone = true;
         tmrTransmit_->stop();
     });
 }
 
-void CommandLink::TXString() {
+PodSet CommandLink::TXString() {
+    return send(link_.CommandString, link_.ZavSelected);
+}
+
+PodSet CommandLink::send(std::string_view text, const PodSet& pods) {
     if (transmitting_) {
-        with_.message_line.DispMsg(" Transmission in Progress - Command not Sent", Colour::Red);
-        return;
+        with_.message_line.DispMsg(" Transmission in Progress - Command not Sent", Severity::Error);
+        return {};
     }
     struct Transmitting {
         bool& flag;
         explicit Transmitting(bool& f) : flag(f) { flag = true; }
         ~Transmitting() { flag = false; }
     } const guard(transmitting_);
-    trapped(with_.failures, "TX/TXString", [&] { transmit(); });
+    const Sending sending(link_);
+    // Copies: both may be the state's own, which the operator changes while this waits.
+    return trapped(with_.failures, "TX/TXString", [&, command = std::string(text), targets = pods] {
+        link_.CommandString = command;
+        return transmit(command, targets);
+    });
 }
 
-void CommandLink::transmit() {
-    LinkState& link = with_.run_time.Link;
-    with_.message_line.DispMsg(" Transmitting Command String", Colour::Blue);
+PodSet CommandLink::transmit(const std::string& text, const PodSet& pods) {
+    with_.message_line.DispMsg(" Transmitting Command String", Severity::Progress);
     with_.dialogs.set_pointer(Pointer::Busy);
-    reached_ = link.ZavSelected;
+    Call call{StandingPods(pods, link_), false, {}};
+    command_continuous_mode(pods);
 
-    for (int pod = 0; pod < MaxZavs; ++pod) {
-        if (link.ZavSelected[at(pod)] != 1 || with_.configuration.ZavConfig[at(pod)].ContScan != 1)
-            continue;
-        link.ScanState[at(pod)] = ContinuousCommanded;
-        with_.driver.Zav_Tx(static_cast<std::int16_t>(pod + 1), "CO",
-                            with_.configuration.Interface.CardHandle);
-    }
-
-    // A copy: an operator command may assign the next command string while this one waits.
-    const std::string text = link.CommandString;
-    Tokeniser tokens(text, with_.driver, link.IeeeBytes);
-    Call call;
+    Tokeniser tokens(text, with_.driver, link_.IeeeBytes);
     std::string token;
     auto result = tokens.next(token);
     for (; result == Tokeniser::Result::Token; result = tokens.next(token)) send_token(token, call);
@@ -116,114 +117,77 @@ void CommandLink::transmit() {
         with_.dialogs.Msg_Box("IEEE Error in command string", box::Information, ProgramName);
     }
 
-    if (!call.failed) with_.message_line.DispMsg("", Colour::Blue);
-    update_cont_scanning();
-    if (link.ContScanning == 1) with_.main_window.ConfigItems(0);
-    with_.screen.pnlContScan.caption = link.ContScanning == 1 ? "CONT SCAN" : "";
-    if (!with_.tmrPoll.running()) {
-        with_.run_time.Poll.PollStarted = 0;
-        with_.tmrPoll.start(link.PollTick);
-    }
+    if (!call.failed) with_.message_line.DispMsg("", Severity::Progress);
+    update_cont_scanning(link_);
+    with_.polling.start();
     with_.dialogs.set_pointer(Pointer::Default);
+    return call.pods.now();
+}
+
+void CommandLink::command_continuous_mode(const PodSet& pods) {
+    for (const Pod pod : pods) {
+        if (with_.configuration.ZavConfig[pod].ContScan != 1) continue;
+        link_.ScanState[pod] = ScanState::ContinuousCommanded;
+        with_.driver.Zav_Tx(pod.number(), "CO", card_handle());
+    }
 }
 
 void CommandLink::send_token(const std::string& token, Call& call) {
-    LinkState& link = with_.run_time.Link;
     int delay_ms = TokenDelay_ms;
-    for (int pod = 0; pod < MaxZavs; ++pod) {
-        if (link.ZavSelected[at(pod)] != 1) reached_[at(pod)] = 0;
-        if (reached_[at(pod)] != 1) continue;
-        const auto status = with_.driver.Zav_Tx(static_cast<std::int16_t>(pod + 1), token,
-                                                with_.configuration.Interface.CardHandle);
-        if (status == 1) {
-            RxTxErr(pod, 0, 1);
+    for (const Pod pod : call.pods.now()) {
+        if (with_.driver.Zav_Tx(pod.number(), token, card_handle()) == 1) {
+            with_.errors.RxTxErr(pod, LinkFault::Transmit, AfterFault::Removed);
             call.failed = true;
-        } else if (token == "TR" && link.ScanState[at(pod)] == ContinuousCommanded) {
-            link.ScanState[at(pod)] = ContinuouslyScanning;
-            delay_ms = ContinuousTriggerDelay_ms;
-        } else if (token == "HA") {
-            link.ScanState[at(pod)] = Idle;
-            delay_ms = HaltDelay_ms;
-        } else if (token == "RE") {
-            link.ScanState[at(pod)] = Idle;
-            delay_ms = ResetDelay_ms;
-        } else if (token.starts_with("IN") || token.starts_with("ME")) {
-            note_request(pod, token, call);
+        } else if (const int own_delay_ms = note_sent(pod, token, call); own_delay_ms > 0) {
+            delay_ms = own_delay_ms;
         }
     }
     wait_transmit_delay(delay_ms);
 }
 
-void CommandLink::note_request(int pod, const std::string& token, Call& call) {
-    LinkState& link = with_.run_time.Link;
-    if (call.first_request_pod < 0) {
-        link.FirstPodInputRequests.clear();
+// What a token that a pod has got changes. Returns the delay that it needs, 0 when it needs none of
+// its own.
+int CommandLink::note_sent(Pod pod, const std::string& token, Call& call) {
+    ScanState& state = link_.ScanState[pod];
+    if (token == "TR" && state == ScanState::ContinuousCommanded) {
+        state = ScanState::ContinuouslyScanning;
+        return ContinuousTriggerDelay_ms;
+    }
+    if (token == "HA" || token == "RE") {
+        state = ScanState::Idle;
+        return token == "HA" ? HaltDelay_ms : ResetDelay_ms;
+    }
+    if (token.starts_with("IN") || token.starts_with("ME")) note_request(pod, token, call);
+    return 0;
+}
+
+void CommandLink::note_request(Pod pod, const std::string& token, Call& call) {
+    if (!call.first_request_pod) {
+        link_.FirstPodInputRequests.clear();
         call.first_request_pod = pod;
-        for (PodStatus& status : with_.run_time.Status) {
-            status.SingleNew.fill(0);
-            status.SinglePending.fill(0);
+        for (PodStatus& status : status_) {
+            status.SingleNew.fill(false);
+            status.SinglePending.fill(false);
         }
         // The kinds of the answers that are thus never shown.
-        for (std::string& kinds : with_.run_time.Poll.RequestKinds) kinds.clear();
-        link.RequestCount = 1;
+        for (std::string& kinds : link_.RequestKinds) kinds.clear();
+        link_.RequestCount = 1;
     } else {
-        ++link.RequestCount;
+        ++link_.RequestCount;
     }
     if (token.starts_with("IN") && pod == call.first_request_pod)
-        link.FirstPodInputRequests += token + ";";
-    link.StreamRequests[at(pod)] += token + ";";
+        link_.FirstPodInputRequests += token + ";";
+    link_.StreamRequests[pod] += token + ";";
     const double channel = leading_value(middle(token, 3));
     if (channel >= 1 && channel < MaxChannels + 1)
-        with_.run_time.Status[at(pod)].SinglePending[static_cast<std::size_t>(channel) - 1] = 1;
+        status_[pod].SinglePending[static_cast<std::size_t>(channel) - 1] = true;
 }
 
 void CommandLink::wait_transmit_delay(int delay_ms) {
-    bool& done = with_.run_time.Link.TransmitDelayDone;
+    bool& done = link_.TransmitDelayDone;
     done = false;
     tmrTransmit_->start(delay_ms);
     with_.loop.wait_until([&] { return done; });
-}
-
-void CommandLink::RxTxErr(int podIndex, std::int16_t kind, std::int16_t remove) {
-    LinkState& link = with_.run_time.Link;
-    PodStatus& status = with_.run_time.Status[at(podIndex)];
-    if (kind == 0 || kind == 1) {
-        const std::string text = std::string(kind == 0 ? " ERROR! - Transmit Error (ZAV:"
-                                                       : " ERROR! - Receive Error (ZAV:") +
-                                 two_digits(podIndex + 1);
-        with_.message_line.DispMsg(text + ")", Colour::Red);
-        with_.error_log.write_line(
-            text + "  Interface:" + hex16(with_.configuration.Interface.CardAddress) + ")");
-        with_.screen.pnlErr.caption = kind == 0 ? "Tx ERROR" : "Rx ERROR";
-    }
-    if (remove == 1) {
-        with_.screen.img_ZAV[at(podIndex)].picture = Picture::img1ZAV_E;
-        status.IconState = Removed;
-        // A selected pod need not be in the poll table (it failed before): the count must not fall
-        // twice.
-        if (std::exchange(link.PollTable.InPollTable[at(podIndex)], std::int16_t{0}) == 1)
-            --link.PollTable.NumInPoll;
-        link.ScanState[at(podIndex)] = Idle;
-    }
-    ++link.ErrorCount;
-    ++link.SessionErrorCount;
-    status.ErrorFlag = 1;
-    reached_[at(podIndex)] = 0;
-    if (std::exchange(link.ZavSelected[at(podIndex)], std::int16_t{0}) == 1) {
-        --link.NumSelected;
-        if (remove != 1) with_.main_window.IconReverse(podIndex);
-    }
-    link.Triggered[at(podIndex)] = 0;
-    update_cont_scanning();
-    if (link.ContScanning == 0) with_.screen.pnlContScan.caption.clear();
-    with_.main_window.CheckItems();
-}
-
-void CommandLink::update_cont_scanning() {
-    LinkState& link = with_.run_time.Link;
-    link.ContScanning = 0;
-    for (const std::int16_t state : link.ScanState)
-        if (state == ContinuouslyScanning) link.ContScanning = 1;
 }
 
 }  // namespace kavorix

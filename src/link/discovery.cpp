@@ -1,8 +1,10 @@
 #include "link/discovery.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
 
+#include "base/program_name.h"
 #include "base/text.h"
 #include "model/catalogue.h"
 
@@ -20,23 +22,15 @@ std::int16_t channels_of(std::string_view type_code) {
     return type_code == "7S" ? 10 : type_code == "8S" ? 32 : 20;
 }
 
-Colour family_colour(std::string_view type_code) {
-    if (type_code.starts_with('8')) return Colour::LightGrey;
-    if (type_code == "7V" || type_code == "7W") return Colour::White;
-    return Colour::Silver;
-}
-
 }  // namespace
 
-Discovery::Discovery(const CommandLink::Surroundings& surroundings, CommandLink& link,
-                     Configuration& configuration)
-    : with_(surroundings), link_(link), configuration_(configuration) {
-    tmrTimeOut_ = with_.loop.make_timer([this] { with_.run_time.Link.RepliesOutstanding = 0; });
+Discovery::Discovery(const Surroundings& surroundings)
+    : with_(surroundings), link_(with_.run_time.Link), status_(with_.run_time.Status) {
+    tmrTimeOut_ = with_.loop.make_timer([this] { link_.RepliesOutstanding = 0; });
 }
 
 void Discovery::Form_Load(Files& files, const std::string& ini_path) {
     trapped(with_.failures, "frmMain/Form_Load", [&] {
-        LinkState& link = with_.run_time.Link;
         with_.dialogs.set_pointer(Pointer::Busy);
         const auto excluded =
             parse_exclude_addresses(GetINIData(files, ini_path, "Exclude Addresses", "Address"));
@@ -45,32 +39,28 @@ void Discovery::Form_Load(Files& files, const std::string& ini_path) {
                                       box::Exclamation, ProgramName);
             throw ProgramEnded{1};
         }
-        link.ExcludeAddresses = *excluded;
+        link_.ExcludeAddresses = *excluded;
         with_.error_log.open();
-        with_.driver.Zav_DLLVersion(link.DllVersion);
-        show_number_strips();
-        with_.main_window.ClearScreen();
-        with_.main_window.StatusRefresh();
-        configuration_.Interface.PollRate = StartPollRate_ms;
-        link.PollTick = PollTick_ms;
+        with_.driver.Zav_DLLVersion(link_.DllVersion);
+        with_.configuration.Interface.PollRate = StartPollRate_ms;
+        link_.PollTick = PollTick_ms;
 
         std::int16_t address = FirstCardAddress;
-        if (ConnectToCard(address, link.PollTick, 0) == 1) {
-            link.ZavSelected = link.PollTable.InPollTable;
-            GetStatus(0);
-            DispZAVS();
-            link.ZavSelected.fill(0);
-            link.NumSelected = 0;
-            with_.main_window.CheckItems();
-        }
+        if (ConnectToCard(address, link_.PollTick, 0) == 1) identify_pods();
         with_.dialogs.set_pointer(Pointer::Default);
     });
+}
+
+void Discovery::identify_pods() {
+    GetStatus(0, link_.PollTable.InPollTable);
+    DispZAVS();
+    link_.ZavSelected.clear();
 }
 
 std::int16_t Discovery::ConnectToCard(std::int16_t& address, std::int16_t pollRate,
                                       std::int16_t single) {
     return trapped(with_.failures, "KAVORIX/ConnectToCard", [&]() -> std::int16_t {
-        const auto& excluded = with_.run_time.Link.ExcludeAddresses;
+        const auto& excluded = link_.ExcludeAddresses;
         with_.dialogs.show_wait_message(
             " Searching for Interface Card and Connected ZAV(s).   Please wait...");
         bool found = false;
@@ -88,19 +78,14 @@ std::int16_t Discovery::ConnectToCard(std::int16_t& address, std::int16_t pollRa
         }
 
         Initialise();
-        with_.main_window.ClearScreen();
-        if (single == 1) configuration_.Interface.PollRate = pollRate;
-        configuration_.Interface.CardAddress = address;
+        link_.Card = CardSearch::Found;
+        if (single == 1) with_.configuration.Interface.PollRate = pollRate;
+        with_.configuration.Interface.CardAddress = address;
         with_.dialogs.set_pointer(Pointer::Default);
         with_.dialogs.message_box("Connected to Interface Card at Address: " + hex16(address),
                                   box::Information, ProgramName);
         with_.dialogs.set_pointer(Pointer::Busy);
-        with_.screen.img_4A.visible = true;
-        with_.screen.img_4A.picture =
-            with_.run_time.Link.InterfaceSelected == 1 ? Picture::img4A : Picture::img14A;
-        with_.screen.img_4A.tool_tip = "Interface card at " + hex16(address);
         with_.dialogs.repaint();
-        with_.main_window.StatusRefresh();
         return 1;
     });
 }
@@ -111,7 +96,7 @@ void Discovery::report_no_card(std::int16_t address) {
     if (hex16(address) == "E000") {
         with_.dialogs.Msg_Box("No Interface Cards were found", box::Exclamation, ProgramName);
         Initialise();
-        with_.main_window.ConfigItems(0);
+        link_.Card = CardSearch::NoneFound;
     } else {
         with_.dialogs.Msg_Box("No Interface Card found at Address: " + hex16(address),
                               box::Exclamation, ProgramName);
@@ -120,46 +105,49 @@ void Discovery::report_no_card(std::int16_t address) {
 
 std::int16_t Discovery::LocateCard(std::int16_t address) {
     return trapped(with_.failures, "KAVORIX/LocateCard", [&]() -> std::int16_t {
-        PodFlags& present = with_.run_time.Link.PollTable.InPollTable;
-        const PodFlags before = present;
-        present.fill(1);
         const std::int16_t handle = with_.driver.Zav_Connect(address);
-        if (handle < 0) {
-            present = before;
-            return 0;
-        }
+        if (handle < 0) return 0;
+        std::array<std::int16_t, MaxZavs> present{};
+        present.fill(1);
         if (with_.driver.Zav_Init(present, handle) != 0) {
             with_.driver.Zav_Disconnect(handle);
-            present = before;
             return 0;
         }
-        if (handle > 0) with_.driver.Zav_Disconnect(configuration_.Interface.CardHandle);
-        configuration_.Interface.CardHandle = handle;
+        InterfaceSettings& card = with_.configuration.Interface;
+        if (handle > 0) with_.driver.Zav_Disconnect(card.CardHandle);
+        card.CardHandle = handle;
+        for (const Pod pod : all_pods())
+            link_.PollTable.InPollTable.set(pod, present[at(pod.index())] == 1);
         return 1;
     });
 }
 
 void Discovery::Initialise() {
     trapped(with_.failures, "KAVORIX/Initialise", [&] {
-        with_.tmrPoll.stop();
+        with_.polling.stop();
         tmrTimeOut_->stop();
 
-        LinkState& link = with_.run_time.Link;
-        link.ZavSelected.fill(0);
-        link.NumSelected = 0;
-        link.AllSelected = 0;
-        link.InterfaceSelected = 0;
-        link.PollTable.NumInPoll = 0;
-        link.Triggered.fill(0);
-        link.ScanState.fill(Idle);
-        link.ContScanning = 0;
-        link.ErrorCount = 0;
-        for (std::string& requests : link.StreamRequests) requests.clear();
-        for (std::string& kinds : with_.run_time.Poll.RequestKinds) kinds.clear();
-        with_.run_time.Poll.LastEvent.fill(-1);
-        with_.run_time.Poll.EventPending = 0;
+        link_.ZavSelected.clear();
+        link_.AllSelected = false;
+        link_.InterfaceSelected = false;
+        link_.Triggered.clear();
+        link_.ScanState.fill(ScanState::Idle);
+        link_.ContScanning = false;
+        link_.ErrorCount = 0;
+        link_.OperationsEnabled = false;
+        for (std::string& requests : link_.StreamRequests) requests.clear();
+        for (std::string& kinds : link_.RequestKinds) kinds.clear();
+        for (std::uint32_t& interruptions : link_.Interruptions) ++interruptions;
 
-        for (PodStatus& status : with_.run_time.Status) {
+        with_.run_time.Reports.LastFault = Fault::None;
+        with_.run_time.Graph.Settings = GraphSettings{};
+        PollState& poll = with_.run_time.Poll;
+        poll.PollStarted = false;
+        poll.LoadPercent.reset();
+        poll.LastEvent.fill(-1);
+        poll.EventPending = false;
+
+        for (PodStatus& status : status_) {
             status = PodStatus{};
             status.PeakMin.fill(NoPeakMin);
             status.PeakMax.fill(NoPeakMax);
@@ -167,114 +155,81 @@ void Discovery::Initialise() {
             status.Ident[0] = 'N';
             status.Ident[1] = 'C';
         }
-        for (PodConfig& pod : configuration_.ZavConfig) default_ZAV_config(pod, NoDevice, 0);
-        with_.run_time.Graph.Settings = GraphSettings{};
-        enable_operations(false);
+        for (PodConfig& pod : with_.configuration.ZavConfig) default_ZAV_config(pod, NoDevice, 0);
     });
 }
 
-void Discovery::enable_operations(bool enabled) {
-    with_.run_time.Link.OperationsEnabled = enabled ? 1 : 0;
-    with_.main_window.CheckItems();
-}
-
-void Discovery::GetStatus(std::int16_t mode) {
-    trapped(with_.failures, "KAVORIX/GetStatus", [&] {
-        LinkState& link = with_.run_time.Link;
+PodSet Discovery::GetStatus(std::int16_t mode, const PodSet& pods) {
+    return trapped(with_.failures, "KAVORIX/GetStatus", [&, asked = pods] {
+        const Sending sending(link_);
         const std::string_view command = mode == 0 ? "RE;ST" : "ST";
-        link.RepliesOutstanding = 0;
-        link.AwaitingReply.fill(0);
-        for (int pod = 0; pod < MaxZavs; ++pod)
-            if (link.ZavSelected[at(pod)] == 1 && ask_for_status(pod, command)) {
-                link.AwaitingReply[at(pod)] = 1;
-                ++link.RepliesOutstanding;
+        link_.RepliesOutstanding = 0;
+        link_.AwaitingReply.clear();
+        for (const Pod pod : asked)
+            if (ask_for_status(pod, command)) {
+                link_.AwaitingReply.add(pod);
+                ++link_.RepliesOutstanding;
             }
+        PodSet replied = link_.AwaitingReply;
 
-        if (link.RepliesOutstanding > 0) tmrTimeOut_->start(link.RepliesOutstanding * ReplyTime_ms);
-        while (link.RepliesOutstanding > 0) {
+        if (link_.RepliesOutstanding > 0)
+            tmrTimeOut_->start(link_.RepliesOutstanding * ReplyTime_ms);
+        while (link_.RepliesOutstanding > 0) {
             bool any = false;
-            for (int pod = 0; pod < MaxZavs && link.RepliesOutstanding > 0; ++pod)
-                if (link.AwaitingReply[at(pod)] == 1 && read_status(pod)) {
-                    --link.RepliesOutstanding;
-                    any = true;
-                }
+            for (const Pod pod : link_.AwaitingReply) {
+                if (link_.RepliesOutstanding <= 0) break;
+                if (!read_status(pod)) continue;
+                --link_.RepliesOutstanding;
+                any = true;
+            }
             if (!any) with_.loop.process_events(ReplyRetry_ms);
         }
         tmrTimeOut_->stop();
         // A command that the operator gave meanwhile may have kept this loop from reading until the
         // time was up: what came in time counts, so every pod still awaited is asked once more.
-        for (int pod = 0; pod < MaxZavs; ++pod)
-            if (link.AwaitingReply[at(pod)] == 1 && !read_status(pod)) {
-                link.AwaitingReply[at(pod)] = 0;
-                link_.RxTxErr(pod, 1, 0);
-            }
+        for (const Pod pod : all_pods()) {
+            if (!link_.AwaitingReply.has(pod) || read_status(pod)) continue;
+            link_.AwaitingReply.remove(pod);
+            replied.remove(pod);
+            with_.errors.RxTxErr(pod, LinkFault::Receive, AfterFault::Polled);
+        }
+        return replied;
     });
 }
 
-bool Discovery::ask_for_status(int pod, std::string_view command) {
-    const auto status = with_.driver.Zav_Tx(static_cast<std::int16_t>(pod + 1), command,
-                                            configuration_.Interface.CardHandle);
-    if (status == 1) link_.RxTxErr(pod, 0, 0);
+bool Discovery::ask_for_status(Pod pod, std::string_view command) {
+    const auto status =
+        with_.driver.Zav_Tx(pod.number(), command, with_.configuration.Interface.CardHandle);
+    if (status == 1) with_.errors.RxTxErr(pod, LinkFault::Transmit, AfterFault::Polled);
     return status == 0;
 }
 
-bool Discovery::read_status(int pod) {
-    PodStatus& status = with_.run_time.Status[at(pod)];
-    if (with_.driver.Zav_String(static_cast<std::int16_t>(pod + 1), TextStream, status.Ident,
-                                configuration_.Interface.CardHandle) != 0)
+bool Discovery::read_status(Pod pod) {
+    PodStatus& status = status_[pod];
+    if (with_.driver.Zav_String(pod.number(), TextStream, status.Ident,
+                                with_.configuration.Interface.CardHandle) != 0)
         return false;
-    with_.run_time.Link.AwaitingReply[at(pod)] = 0;
+    link_.AwaitingReply.remove(pod);
     status.Channels = channels_of(status.type_code());
     return true;
 }
 
 void Discovery::DispZAVS() {
     trapped(with_.failures, "KAVORIX/DispZAVS", [&] {
-        PollTable& table = with_.run_time.Link.PollTable;
-        show_number_strips();
-        table.NumInPoll = 0;
-        for (int pod = 0; pod < MaxZavs; ++pod) {
-            if (table.InPollTable[at(pod)] != 1) continue;
-            ++table.NumInPoll;
-            show_pod(pod);
+        for (const Pod pod : link_.PollTable.InPollTable) {
+            PodStatus& status = status_[pod];
+            const std::string_view code = status.type_code();
+            default_ZAV_config(with_.configuration.ZavConfig[pod], GetZAVTypeCode(code), 0);
+            status.Found = true;
+            status.OutOfOrder = code == "7X" || code == "7Y" || status.ErrorFlag;
         }
-        if (table.NumInPoll == 0)
+        if (link_.PollTable.InPollTable.empty())
             with_.dialogs.message_box(
                 "KAVORIX could not find any ZAV(s) Connected to Interface Card", box::Information,
                 ProgramName);
         else
-            enable_operations(true);
+            link_.OperationsEnabled = true;
     });
-}
-
-void Discovery::show_pod(int pod) {
-    const PodStatus& status = with_.run_time.Status[at(pod)];
-    const std::string code(status.type_code());
-    const std::int16_t type = GetZAVTypeCode(code);
-    default_ZAV_config(configuration_.ZavConfig[at(pod)], type, 0);
-
-    const bool in_error = code == "7X" || code == "7Y" || status.ErrorFlag == 1;
-    Icon& icon = with_.screen.img_ZAV[at(pod)];
-    icon.visible = true;
-    icon.picture = in_error ? Picture::img1ZAV_E : Picture::img1ZAV;
-    icon.tool_tip = "ZAV " + two_digits(pod + 1);
-    Label& label = with_.screen.lblZAVType[at(pod)];
-    label.visible = status.connected();
-    label.caption = status.connected() ? code : "";
-    label.fore = Colour::Black;
-    label.back = family_colour(code);
-    if (status.connected())
-        icon.tool_tip += "\n" + std::string(status.ident()) +
-                         (type == NoDevice ? "" : "\n" + std::string(pod_type(type).description));
-    else
-        icon.tool_tip += "\nNo status reply";
-}
-
-void Discovery::show_number_strips() {
-    for (int i = 0; i < 25; ++i) {
-        with_.screen.picZAVNum1[at(i)] = two_digits(i + 1);
-        with_.screen.picZAVNum2[at(i)] = two_digits(i + 26);
-    }
 }
 
 }  // namespace kavorix

@@ -3,13 +3,17 @@
 // Start-up of the link: settings file, card search, pod discovery and the pod display.
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "link/command_link.h"
+#include "base/trap.h"
+#include "link/link_errors.h"
+#include "link/polling.h"
+#include "platform/driver.h"
+#include "platform/event_loop.h"
+#include "platform/files.h"
 
 namespace kavorix {
 
@@ -30,12 +34,23 @@ std::optional<std::vector<std::int16_t>> parse_exclude_addresses(std::string_vie
 
 class Discovery {
   public:
-    // The configuration is written here (every pod reset), elsewhere the link only reads it.
-    Discovery(const CommandLink::Surroundings& surroundings, CommandLink& link,
-              Configuration& configuration);
+    // What it works with; all of it outlives this. The configuration is written: every pod starts
+    // anew with a connection.
+    struct Surroundings {
+        Driver& driver;
+        EventLoop& loop;
+        Dialogs& dialogs;
+        ErrorLog& error_log;
+        LinkErrors& errors;
+        FailureReporter& failures;
+        Polling& polling;
+        Configuration& configuration;
+        RunTime& run_time;
+    };
+    explicit Discovery(const Surroundings& surroundings);
 
     // What happens when the main window loads: settings file `ini_path`, error log, driver version,
-    // window layout, card search, discovery. Ends the program when the settings file is malformed.
+    // card search, discovery. Ends the program when the settings file is malformed.
     void Form_Load(Files& files, const std::string& ini_path);
 
     // Searches for a card from `address` on (single 0) or tries that one (single 1); `address`
@@ -47,24 +62,24 @@ class Discovery {
     // Resets the run-time state after a connection.
     void Initialise();
 
-    // Sends "RE;ST" (mode 0) or "ST" (mode 1) to every selected pod and collects the replies into
-    // Ident, waiting 500 ms a pod at the most.
-    void GetStatus(std::int16_t mode);
+    // Sends "RE;ST" (mode 0) or "ST" (mode 1) to the pods and collects the replies into Ident,
+    // waiting 500 ms a pod at the most. Returns the pods that replied.
+    PodSet GetStatus(std::int16_t mode, const PodSet& pods);
 
-    // Draws the pods of the poll table, each with its default configuration.
+    // Gives each pod of the poll table its place on the screen and its default configuration.
     void DispZAVS();
 
+    // Asks all pods of a new network for their status and shows them; none is selected then.
+    void identify_pods();
+
   private:
-    bool ask_for_status(int pod, std::string_view command);
-    bool read_status(int pod);
-    void show_pod(int pod);
-    void show_number_strips();
-    void enable_operations(bool enabled);
+    bool ask_for_status(Pod pod, std::string_view command);
+    bool read_status(Pod pod);
     void report_no_card(std::int16_t address);
 
-    CommandLink::Surroundings with_;
-    CommandLink& link_;
-    Configuration& configuration_;
+    Surroundings with_;
+    LinkState& link_;
+    PodStatuses& status_;
     std::unique_ptr<Timer> tmrTimeOut_;
 };
 

@@ -2,6 +2,7 @@
 
 #include <exception>
 
+#include "base/program_name.h"
 #include "base/text.h"
 
 namespace kavorix {

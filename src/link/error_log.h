@@ -14,8 +14,6 @@
 
 namespace kavorix {
 
-inline constexpr std::string_view ProgramName = "KAVORIX";
-
 // Text lines ended by CR LF, in the order of what happened. On disk line by line.
 class ErrorLog {
   public:

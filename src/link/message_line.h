@@ -2,21 +2,29 @@
 
 #include <string_view>
 
-#include "platform/controls.h"
+#include "base/signal.h"
+#include "model/runtime.h"
 #include "platform/dialogs.h"
-#include "platform/main_screen.h"
 
 namespace kavorix {
 
-// The main window's message line: blue for progress, red (with a beep) for errors. Shown at once.
+// The main window's message line: progress, or an error with a beep. Shown at once.
 class MessageLine {
   public:
-    MessageLine(MainScreen& screen, Dialogs& dialogs) : screen_(screen), dialogs_(dialogs) {}
+    MessageLine(Message& line, Dialogs& dialogs) : line_(line), dialogs_(dialogs) {}
 
-    void DispMsg(std::string_view text, Colour colour);
+    // Puts a message in the place of the one before; an empty one clears the line. Returns its
+    // number.
+    std::uint64_t DispMsg(std::string_view text, Severity severity);
+
+    // Clears the line unless another message has come after that of this number.
+    void take_back(std::uint64_t number);
+
+    // Tells every message, once it stands on the line.
+    Signal<const Message&> told;
 
   private:
-    MainScreen& screen_;
+    Message& line_;
     Dialogs& dialogs_;
 };
 

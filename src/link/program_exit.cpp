@@ -1,5 +1,7 @@
 #include "link/program_exit.h"
 
+#include "base/program_name.h"
+
 #include <string>
 
 namespace kavorix {
@@ -21,9 +23,7 @@ void ProgramExit::ExitKAVORIX() {
 
 bool ProgramExit::may_leave() {
     const RunTime& run_time = with_.run_time;
-    if (run_time.Link.ContScanning != 1 && run_time.Log.ScanLogging != 1 &&
-        run_time.Log.EventLogging != 1)
-        return true;
+    if (!run_time.Link.ContScanning && !run_time.Log.running()) return true;
     with_.dialogs.Msg_Box("Cannot Exit:   Continuous Scanning/Logging in Progress",
                           box::Exclamation, ProgramName);
     return false;
@@ -37,14 +37,15 @@ bool ProgramExit::save_changes() {
     if (answer == Answer::Cancel) return false;
     // Cancelling the file dialog also leaves the changes unsaved, without being reported as
     // abandoned.
-    return answer == Answer::No || (save_file_(0) == 0 && with_.configuration.ConfigChanged == 0);
+    return answer == Answer::No ||
+           (with_.save_file(0) == 0 && with_.configuration.ConfigChanged == 0);
 }
 
 void ProgramExit::leave() {
     const LinkState& link = with_.run_time.Link;
     with_.error_log.close();
     if (link.SessionErrorCount == 0) with_.error_log.remove();
-    with_.tmrPoll.stop();
+    with_.polling.stop();
     if (with_.configuration.Interface.PowerOn == 1)
         with_.driver.Zav_PowerOff(with_.configuration.Interface.CardHandle);
     with_.driver.Zav_Disconnect(with_.configuration.Interface.CardHandle);

@@ -51,9 +51,9 @@ std::string add_item(std::string_view item, const std::vector<PodOnFile>& pods,
     if (!channels) return quoted + " names no channel, range of channels or \"*\"";
     if (channels->first < 1 || channels->last > pod->Channels)
         return quoted + " names a channel that the pod does not have";
-    selection.PodSelected[at(pod->Number - 1)] = 1;
+    selection.PodSelected.add(Pod::numbered(pod->Number));
     for (int channel = channels->first; channel <= channels->last; ++channel)
-        selection.ChannelSelected[at(pod->Number - 1)][at(channel - 1)] = 1;
+        selection.ChannelSelected[Pod::numbered(pod->Number)][at(channel - 1)] = true;
     return {};
 }
 

@@ -14,9 +14,9 @@ namespace kavorix {
 // Reaching this many channels is refused: a spreadsheet's 256 columns less the three of the time.
 inline constexpr int ColumnLimit = 253;
 
-// What the operator chose, by pod number - 1 and channel number - 1.
+// What the operator chose; channels by channel number - 1.
 struct CsvSelection {
-    PodFlags PodSelected{};
+    PodSet PodSelected;
     ChosenChannels ChannelSelected{};
     bool operator==(const CsvSelection&) const = default;
 };

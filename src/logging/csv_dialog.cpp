@@ -4,8 +4,8 @@
 #include <system_error>
 #include <utility>
 
+#include "base/program_name.h"
 #include "base/text.h"
-#include "link/error_log.h"
 #include "logging/csv_preview.h"
 
 namespace kavorix {
@@ -88,7 +88,7 @@ void CsvDialog::open_log(const std::string& path) {
     log_path_ = path;
     contents_ = std::move(contents);
     selection_ = select_all(contents_.Pods);
-    if (selected_count() >= ColumnLimit) selection_.PodSelected = {};
+    if (selected_count() >= ColumnLimit) selection_.PodSelected.clear();
     shown_number_ = contents_.Pods.empty() ? std::int16_t{0} : contents_.Pods.front().Number;
     screen.lblStatus.caption.clear();
     show_all();
@@ -127,11 +127,11 @@ const PodOnFile* CsvDialog::shown_pod() const {
 }
 
 ChannelFlags& CsvDialog::channels_of(const PodOnFile& pod) {
-    return selection_.ChannelSelected[at(pod.Number - 1)];
+    return selection_.ChannelSelected[Pod::numbered(pod.Number)];
 }
 
 bool CsvDialog::pod_selected(const PodOnFile& pod) const {
-    return selection_.PodSelected[at(pod.Number - 1)] == 1;
+    return selection_.PodSelected.has(Pod::numbered(pod.Number));
 }
 
 int CsvDialog::selected_count() const {
@@ -174,7 +174,7 @@ void CsvDialog::cmdAddAll_Click() {
 
 void CsvDialog::cmdRemoveAll_Click() {
     handler("cmdRemoveAll_Click", [&] {
-        selection_.PodSelected = {};
+        selection_.PodSelected.clear();
         show_all();
     });
 }
@@ -184,7 +184,7 @@ void CsvDialog::move_pod(std::int16_t number, bool into_conversion) {
     if (into_conversion) {
         add_pod(number);
     } else {
-        selection_.PodSelected[at(number - 1)] = 0;
+        selection_.PodSelected.remove(Pod::numbered(number));
     }
     shown_number_ = number;
     show_all();
@@ -192,9 +192,9 @@ void CsvDialog::move_pod(std::int16_t number, bool into_conversion) {
 
 // False, the operator told, when its channels are too many.
 bool CsvDialog::add_pod(std::int16_t number) {
-    selection_.PodSelected[at(number - 1)] = 1;
+    selection_.PodSelected.add(Pod::numbered(number));
     if (selected_count() < ColumnLimit) return true;
-    selection_.PodSelected[at(number - 1)] = 0;
+    selection_.PodSelected.remove(Pod::numbered(number));
     complain(limit_text("the .CSV"), box::Exclamation);
     return false;
 }

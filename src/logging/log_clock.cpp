@@ -37,8 +37,8 @@ bool is_time_of_day(const LogClock& clock) {
 
 std::int32_t record_time(LogClock& clock, std::int32_t time, const EventLoop& loop) {
     LogClock next;
-    if (clock.Started == 1 && time != 0) next = advanced(clock, time);
-    if (next.Started == 0 || !is_time_of_day(next)) next = from_wall_clock(loop);
+    if (clock.Started && time != 0) next = advanced(clock, time);
+    if (!next.Started || !is_time_of_day(next)) next = from_wall_clock(loop);
     clock = next;
     return ((clock.Hours * 100 + clock.Minutes) * 100 + clock.Seconds) * 1000 + clock.Milliseconds;
 }

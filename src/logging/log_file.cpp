@@ -4,7 +4,6 @@
 #include <string>
 #include <system_error>
 
-#include "acquire/poll_cycle.h"
 #include "logging/check_sum.h"
 #include "logging/log_clock.h"
 #include "logging/log_records.h"
@@ -18,29 +17,14 @@ namespace {
 // Marks a record as being added, whatever way the function is left.
 class Busy {
   public:
-    explicit Busy(std::int16_t& flag) : flag_(flag) { flag_ = 1; }
-    ~Busy() { flag_ = 0; }
+    explicit Busy(bool& flag) : flag_(flag) { flag_ = true; }
+    ~Busy() { flag_ = false; }
     Busy(const Busy&) = delete;
     Busy& operator=(const Busy&) = delete;
 
   private:
-    std::int16_t& flag_;
+    bool& flag_;
 };
-
-std::int16_t without_logging(std::int16_t icon_state) {
-    switch (icon_state) {
-        case LoggingResting:
-            return Resting;
-        case SelectedLoggingResting:
-            return SelectedResting;
-        case LoggingDataArrived:
-            return DataArrived;
-        case SelectedLoggingDataArrived:
-            return SelectedDataArrived;
-        default:
-            return icon_state;
-    }
-}
 
 std::int32_t date_number(const WallTime& time) {
     return (time.year * 100 + time.month) * 100 + time.day;
@@ -51,12 +35,12 @@ std::int32_t date_number(const WallTime& time) {
 struct LogFile::Fields {
     std::string LogState::*FileName;
     std::string LogState::*Comment;
-    std::int16_t LogState::*Logging;
+    bool LogState::*Logging;
     std::vector<float> LogState::*Buffer;
     std::int16_t LogState::*Index;
     std::int16_t LogState::*PodCount;
     std::int16_t LogState::*Total;
-    std::int16_t PodStatus::*Marked;
+    bool PodStatus::*Marked;
     std::int16_t Stream;
 };
 
@@ -88,6 +72,23 @@ void LogFile::Write_Log_File(std::int16_t kind, std::int16_t flush, std::int32_t
     });
 }
 
+void LogFile::log_scans(const Moment& now) {
+    const LogState& log = with_.run_time.Log;
+    PollState& poll = with_.run_time.Poll;
+    // Unsigned: half the range of the tick count away from the last record is late too, not early.
+    const auto due_ms =
+        static_cast<std::uint32_t>(std::max(log.ScanLogInterval - with_.run_time.Link.PollTick, 0));
+    if (!log.ScanLogging || now.Ticks - poll.LastScanLogTime < due_ms) return;
+    poll.LastScanLogTime = now.Ticks;
+    Write_Log_File(ScanLog, 0, static_cast<std::int32_t>(now.Ticks));
+}
+
+bool LogFile::log_events(const Moment& now) {
+    if (!with_.run_time.Log.EventLogging) return false;
+    Write_Log_File(EventLog, 0, static_cast<std::int32_t>(now.Ticks));
+    return true;
+}
+
 void LogFile::Stop_Log_File(std::int16_t kind) {
     trapped(with_.failures, "LOGFILE/Stop_Log_File", [&] { stop(kind); });
 }
@@ -96,8 +97,8 @@ void LogFile::start(std::int16_t kind) {
     LogState& log = with_.run_time.Log;
     const Fields& of = fields_of(kind);
     const std::string& path = log.*of.FileName;
-    if (log.*of.Logging == 1 || path.empty()) return;
-    log.*of.Logging = 1;
+    if (log.*of.Logging || path.empty()) return;
+    log.*of.Logging = true;
     log.*of.Total = 0;
 
     const RunHeader header = make_header(kind);
@@ -158,8 +159,7 @@ RunHeader LogFile::make_header(std::int16_t kind) const {
     header.Comment = with_.run_time.Log.*of.Comment;
     header.Date = date_number(with_.loop.wall_time());
     for (int pod = 0; pod < MaxZavs; ++pod)
-        if (with_.run_time.Status[at(pod)].*of.Marked == 1)
-            header.Pods.push_back(make_pod(kind, pod));
+        if (with_.run_time.Status[at(pod)].*of.Marked) header.Pods.push_back(make_pod(kind, pod));
     return header;
 }
 
@@ -185,7 +185,7 @@ LoggedPod LogFile::make_pod(std::int16_t kind, int pod) const {
 bool LogFile::is_due(std::int16_t kind, int pod) const {
     const Fields& of = fields_of(kind);
     const PodStatus& status = with_.run_time.Status[at(pod)];
-    return status.StreamNew[at(of.Stream)] == 1 && status.*of.Marked == 1;
+    return status.StreamNew[at(of.Stream)] && status.*of.Marked;
 }
 
 void LogFile::write_record(std::int16_t kind, std::int32_t time) {
@@ -236,7 +236,7 @@ void LogFile::build_record(std::int16_t kind, std::int32_t time) {
         } else {
             append_events(block, index, pod, with_.run_time.Poll);
         }
-        status.StreamNew[at(of.Stream)] = 0;
+        status.StreamNew[at(of.Stream)] = false;
     }
     block[at(count_at)] = static_cast<float>(index - count_at);
 }
@@ -306,15 +306,14 @@ void LogFile::finish_block(std::int16_t kind) {
 void LogFile::stop(std::int16_t kind) {
     const Fields& of = fields_of(kind);
     LogState& log = with_.run_time.Log;
-    if (log.LogBusy == 1) with_.loop.wait_until([&] { return log.LogBusy == 0; });
-    if (log.*of.Logging != 1) return;
-    log.*of.Logging = 0;
+    if (log.LogBusy) with_.loop.wait_until([&] { return !log.LogBusy; });
+    if (!(log.*of.Logging)) return;
+    log.*of.Logging = false;
     Write_Log_File(kind, 1, 0);
     Run run = std::move(run_of(kind));
     run_of(kind) = {};
     finish(run);
     log.*of.Buffer = {};
-    restore_icons();
 }
 
 void LogFile::finish(Run& run) {
@@ -327,15 +326,6 @@ void LogFile::finish(Run& run) {
     run.syncer.reset();
     run.sums->end_run(run.records);
     run.file->close();
-}
-
-void LogFile::restore_icons() {
-    for (int pod = 0; pod < MaxZavs; ++pod) {
-        PodStatus& status = with_.run_time.Status[at(pod)];
-        if (status.LogScan != 1 && status.LogEvents != 1) continue;
-        status.IconState = without_logging(status.IconState);
-        with_.screen.img_ZAV[at(pod)].picture = picture_of(status.IconState);
-    }
 }
 
 }  // namespace kavorix

@@ -18,7 +18,6 @@
 #include "platform/event_loop.h"
 #include "platform/file_syncer.h"
 #include "platform/files.h"
-#include "platform/main_screen.h"
 
 namespace kavorix {
 
@@ -35,7 +34,6 @@ class LogFile {
         Files& files;
         EventLoop& loop;
         FailureReporter& failures;
-        MainScreen& screen;
         const Configuration& configuration;
         RunTime& run_time;
     };
@@ -57,8 +55,13 @@ class LogFile {
     // happens while the log does not run.
     void Write_Log_File(std::int16_t kind, std::int16_t flush, std::int32_t time);
 
-    // Waits while a record is being added, then finishes the file, brings it onto the disk, and
-    // puts the icons of the logged pods back.
+    // A poll boundary: adds a scan record when the interval has passed since the last one.
+    void log_scans(const Moment& now);
+
+    // Events have come: adds an event record. False while the event log does not run.
+    bool log_events(const Moment& now);
+
+    // Waits while a record is being added, then finishes the file and brings it onto the disk.
     void Stop_Log_File(std::int16_t kind);
 
   private:
@@ -71,8 +74,8 @@ class LogFile {
         std::uint64_t block_at = 0;   // position of the current block
         bool block_laid_out = false;  // whether it stands in the file
         std::uint64_t records = 0;
-        PodFlags channels{};  // by the header, of the logged pods
-        PodFlags answered{};  // as the operator was told of another number
+        std::array<std::int16_t, MaxZavs> channels{};  // by the header, of the logged pods
+        std::array<std::int16_t, MaxZavs> answered{};  // as the operator was told of another number
     };
 
     static const Fields& fields_of(std::int16_t kind);
@@ -95,7 +98,6 @@ class LogFile {
     void note(const std::string& text) const;
     void finish_block(std::int16_t kind);
     void stop(std::int16_t kind);
-    void restore_icons();
     bool is_due(std::int16_t kind, int pod) const;
 
     Surroundings with_;

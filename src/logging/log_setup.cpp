@@ -2,8 +2,8 @@
 
 #include <string_view>
 
+#include "base/program_name.h"
 #include "base/text.h"
-#include "link/error_log.h"
 #include "platform/files.h"
 
 namespace kavorix {
@@ -112,10 +112,9 @@ void LogSetup::store() {
     (scans_ ? log.ScanFileName : log.EventFileName) = file_name_;
     (scans_ ? log.ScanComment : log.EventComment) = screen.txtFileComment.text;
     if (scans_) log.ScanIntervalChoice = screen.cboInterval.code();
-    for (std::size_t pod = 0; pod < with_.status.size(); ++pod) {
-        const std::int16_t selected = with_.link.ZavSelected[pod] == 1 ? 1 : 0;
+    for (const Pod pod : all_pods()) {
         PodStatus& status = with_.status[pod];
-        (scans_ ? status.LogScan : status.LogEvents) = selected;
+        (scans_ ? status.LogScan : status.LogEvents) = with_.link.ZavSelected.has(pod);
     }
 }
 

@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/driver.h"
+#include "model/pods.h"
 
 namespace kavorix {
 
@@ -120,7 +120,7 @@ struct PodConfig {
     bool operator==(const PodConfig&) const = default;
 };
 
-using PodConfigs = std::array<PodConfig, MaxZavs>;
+using PodConfigs = PodArray<PodConfig>;
 
 // The configuration of the station.
 struct Configuration {

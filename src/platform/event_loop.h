@@ -37,6 +37,10 @@ class Clock {
     // The local wall clock. It may jump in either direction.
     virtual WallTime wall_time() const = 0;
 
+    // Milliseconds since 1970 UTC. It jumps as the wall clock does, but for the changes to and from
+    // daylight saving. A clock without a time zone has local time for UTC.
+    virtual std::int64_t utc_ms() const { return milliseconds_between(WallTime{}, wall_time()); }
+
     // Lets `ms` pass without any event: for a driver call that has to wait. Up to 32767 ms.
     virtual void block(int ms);
 };

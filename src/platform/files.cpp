@@ -1,14 +1,20 @@
 #include "platform/files.h"
 
 #include <array>
+#include <system_error>
 
 namespace kavorix {
 
-std::string read_all(Files& files, const std::string& path) {
+std::string read_all(Files& files, const std::string& path, std::uint64_t most) {
     const auto file = files.open(path, OpenMode::Read);
     std::string content;
     std::array<char, 65536> buffer{};
-    while (const std::size_t count = file->read(buffer)) content.append(buffer.data(), count);
+    while (const std::size_t count = file->read(buffer)) {
+        content.append(buffer.data(), count);
+        if (content.size() > most)
+            throw std::system_error(std::make_error_code(std::errc::file_too_large),
+                                    "Reading \"" + path + "\"");
+    }
     return content;
 }
 

@@ -116,8 +116,9 @@ class Files {
     virtual void check_writable(const std::string& path) { static_cast<void>(path); }
 };
 
-// The whole content of a file.
-std::string read_all(Files& files, const std::string& path);
+// The whole content of a file. One of more than `most` bytes is refused (std::errc::file_too_large)
+// before it fills the memory.
+std::string read_all(Files& files, const std::string& path, std::uint64_t most = UINT64_MAX);
 
 // A new content for `path` that takes its place in one step: written beside it under a temporary
 // name, which no failure leaves behind, then synced and renamed. Until then the old file stays as

@@ -53,6 +53,10 @@ std::uint32_t host_tick_count() {
         duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count());
 }
 
+std::int64_t host_utc_ms() {
+    return duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count();
+}
+
 // Loops that follow the real time wait in it.
 void Clock::block(int ms) {
     if (ms > 0) std::this_thread::sleep_for(milliseconds(ms));

@@ -13,6 +13,7 @@ namespace kavorix {
 // The host's local date and time, and its milliseconds since some fixed moment.
 WallTime host_wall_time();
 std::uint32_t host_tick_count();
+std::int64_t host_utc_ms();
 
 // While one exists, SIGINT and SIGTERM do not end the process but come to it as events. One at a
 // time, made before any thread is.
@@ -26,6 +27,7 @@ class HostEventLoop : public ScheduledEventLoop {
 
     std::uint32_t tick_count() const override { return host_tick_count(); }
     WallTime wall_time() const override { return host_wall_time(); }
+    std::int64_t utc_ms() const override { return host_utc_ms(); }
 
   protected:
     long long now() const override;

@@ -4,7 +4,6 @@ set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${demo_scenario})
 file(READ ${demo_scenario} DEMO_SCENARIO_TEXT)
 configure_file(${CMAKE_SOURCE_DIR}/src/sim/demo_text.cpp.in ${CMAKE_BINARY_DIR}/sim/demo_text.cpp @ONLY)
 target_sources(kavorix_sim PRIVATE ${CMAKE_BINARY_DIR}/sim/demo_text.cpp)
-target_link_libraries(kavorix_sim PRIVATE tomlplusplus::tomlplusplus)
 
 # The simulated network as a driver library: libzavdrvr-sim.so. It shows nothing but the functions of its headers.
 add_library(zavdrvr-sim SHARED ${CMAKE_SOURCE_DIR}/src/sim/library/zavdrvr_sim.cpp)

@@ -1,10 +1,12 @@
 #include "sim/scenario_file.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 
 #include "sim/pod_types.h"
-#include "sim/table_reader.h"
+#include "toml/toml_reader.h"
 
 namespace kavorix::sim {
 
@@ -14,10 +16,10 @@ constexpr double Endless = std::numeric_limits<double>::infinity();
 constexpr double Largest = std::numeric_limits<double>::max();
 constexpr double Tiny = 1e-6;
 
-constexpr Bounds AnyNumber = {-Largest, Largest, "a number"};
-constexpr Bounds PositiveTime = {Tiny, 1e9, "a time in seconds, above 0"};
-constexpr Bounds AnyTime = {0.0, 1e9, "a time in seconds, 0 or more"};
-constexpr Bounds PartOfOne = {0.0, 1.0, "a number from 0 to 1"};
+constexpr TomlBounds AnyNumber = {-Largest, Largest, "a number"};
+constexpr TomlBounds PositiveTime = {Tiny, 1e9, "a time in seconds, above 0"};
+constexpr TomlBounds AnyTime = {0.0, 1e9, "a time in seconds, 0 or more"};
+constexpr TomlBounds PartOfOne = {0.0, 1.0, "a number from 0 to 1"};
 
 template <class Kind>
 struct Named {
@@ -85,7 +87,7 @@ std::optional<std::int16_t> card_address(std::string_view text) {
 // One [[pod.channel]]: the same settings for one channel or several.
 class ChannelGroup {
   public:
-    ChannelGroup(const toml::table& table, PodFamily family, ScenarioErrors& errors)
+    ChannelGroup(const TomlTable& table, PodFamily family, TomlErrors& errors)
         : reader_(table, "pod.channel", errors), family_(family) {}
 
     // Stores its settings; `taken` marks the channels that were described before.
@@ -122,7 +124,7 @@ class ChannelGroup {
     Span read_numbers() {
         const int most = channels_of(family_);
         const std::string expected = "a channel number from 1 to " + std::to_string(most);
-        const Bounds bounds = {1, static_cast<double>(most), expected};
+        const TomlBounds bounds = {1, static_cast<double>(most), expected};
         Span span;
         if (reader_.require("number")) reader_.whole("number", span.first, bounds);
         span.last = span.first;
@@ -177,23 +179,23 @@ class ChannelGroup {
                          "is not a mode of channel " + std::to_string(channel) + " of this pod");
     }
 
-    TableReader reader_;
+    TomlReader reader_;
     PodFamily family_;
     std::int16_t default_mode_ = 0;
 };
 
 // The span of a fault; without an end it lasts for good.
-void read_span(TableReader& reader, double& from_s, double& to_s, const std::string& path) {
+void read_span(TomlReader& reader, double& from_s, double& to_s, const std::string& path) {
     to_s = Endless;
     reader.number("from_s", from_s, AnyTime);
     if (reader.number("to_s", to_s, AnyTime) && to_s <= from_s)
         reader.fail("to_s", "must be later than \"" + path + ".from_s\"");
 }
 
-constexpr Bounds Delay = {1, 60000, "a whole number from 1 to 60000"};
+constexpr TomlBounds Delay = {1, 60000, "a whole number from 1 to 60000"};
 
-Fault read_fault(const toml::table& table, ScenarioErrors& errors) {
-    TableReader reader(table, "pod.fault", errors);
+Fault read_fault(const TomlTable& table, TomlErrors& errors) {
+    TomlReader reader(table, "pod.fault", errors);
     Fault fault;
     if (reader.require("kind"))
         if (const auto* kind = reader.choice("kind", FaultNames)) fault.kind = kind->kind;
@@ -205,17 +207,16 @@ Fault read_fault(const toml::table& table, ScenarioErrors& errors) {
     return fault;
 }
 
-CardFault read_card_fault(const toml::table& table, ScenarioErrors& errors) {
-    TableReader reader(table, "card.fault", errors);
+CardFault read_card_fault(const TomlTable& table, TomlErrors& errors) {
+    TomlReader reader(table, "card.fault", errors);
     CardFault fault;
     read_span(reader, fault.from_s, fault.to_s, "card.fault");
     reader.finish();
     return fault;
 }
 
-CardSettings read_card(const toml::table& table, ScenarioErrors& errors,
-                       std::vector<CardFault>& faults) {
-    TableReader reader(table, "card", errors);
+CardSettings read_card(const TomlTable& table, TomlErrors& errors, std::vector<CardFault>& faults) {
+    TomlReader reader(table, "card", errors);
     CardSettings card;
     std::string address;
     if (reader.text("address", address, 0, 255)) {
@@ -226,16 +227,15 @@ CardSettings read_card(const toml::table& table, ScenarioErrors& errors,
     }
     reader.whole("handle", card.handle, {0, 32767, "a whole number from 0 to 32767"});
     reader.text("version", card.version, 0, 34);
-    reader.tables("fault", [&](const toml::table& entry) {
-        faults.push_back(read_card_fault(entry, errors));
-    });
+    reader.tables(
+        "fault", [&](const TomlTable& entry) { faults.push_back(read_card_fault(entry, errors)); });
     reader.finish();
     return card;
 }
 
 // [chaos]: a rate for each kind of fault.
-std::vector<Fault> read_chaos(const toml::table& table, ScenarioErrors& errors) {
-    TableReader reader(table, "chaos", errors);
+std::vector<Fault> read_chaos(const TomlTable& table, TomlErrors& errors) {
+    TomlReader reader(table, "chaos", errors);
     Fault common;
     read_span(reader, common.from_s, common.to_s, "chaos");
     reader.whole("delay_ms", common.delay_ms, Delay);
@@ -252,8 +252,8 @@ std::vector<Fault> read_chaos(const toml::table& table, ScenarioErrors& errors) 
     return faults;
 }
 
-PodText read_text(const toml::table& table, ScenarioErrors& errors) {
-    TableReader reader(table, "pod.text", errors);
+PodText read_text(const TomlTable& table, TomlErrors& errors) {
+    TomlReader reader(table, "pod.text", errors);
     PodText text;
     if (reader.require("text")) reader.text("text", text.text, 1, 255);
     reader.number("at_s", text.at_s, AnyTime);
@@ -262,8 +262,8 @@ PodText read_text(const toml::table& table, ScenarioErrors& errors) {
     return text;
 }
 
-void read_surroundings(TableReader& reader, PodSettings& pod) {
-    constexpr Bounds Celsius = {-273.0, 2000.0, "a temperature in degrees Celsius"};
+void read_surroundings(TomlReader& reader, PodSettings& pod) {
+    constexpr TomlBounds Celsius = {-273.0, 2000.0, "a temperature in degrees Celsius"};
     reader.number("ambient", pod.ambient, Celsius);
     reader.number("ambient_swing", pod.ambient_swing, AnyNumber);
     reader.number("ambient_period_s", pod.ambient_period_s, PositiveTime);
@@ -275,10 +275,10 @@ void read_surroundings(TableReader& reader, PodSettings& pod) {
 }
 
 // One [[pod]]: the same settings for one pod number or several.
-void read_pods(const toml::table& table, Scenario& scenario, std::array<bool, 51>& taken,
-               ScenarioErrors& errors) {
-    constexpr Bounds Numbers = {1, 50, "a pod number from 1 to 50"};
-    TableReader reader(table, "pod", errors);
+void read_pods(const TomlTable& table, Scenario& scenario, std::array<bool, 51>& taken,
+               TomlErrors& errors) {
+    constexpr TomlBounds Numbers = {1, 50, "a pod number from 1 to 50"};
+    TomlReader reader(table, "pod", errors);
     PodSettings pod;
     int first = 0;
     if (reader.require("number")) reader.whole("number", first, Numbers);
@@ -290,14 +290,13 @@ void read_pods(const toml::table& table, Scenario& scenario, std::array<bool, 51
     read_surroundings(reader, pod);
     const PodFamily family = pod_family(std::string_view(pod.ident).substr(0, 2));
     std::array<bool, MostChannels> wired{};
-    reader.tables("channel", [&](const toml::table& entry) {
+    reader.tables("channel", [&](const TomlTable& entry) {
         ChannelGroup(entry, family, errors).read(pod, wired);
     });
-    reader.tables("fault", [&](const toml::table& entry) {
-        pod.faults.push_back(read_fault(entry, errors));
-    });
+    reader.tables("fault",
+                  [&](const TomlTable& entry) { pod.faults.push_back(read_fault(entry, errors)); });
     reader.tables("text",
-                  [&](const toml::table& entry) { pod.texts.push_back(read_text(entry, errors)); });
+                  [&](const TomlTable& entry) { pod.texts.push_back(read_text(entry, errors)); });
     reader.finish();
     for (pod.number = first; pod.number >= 1 && pod.number <= last; ++pod.number) {
         bool& number_taken = taken.at(static_cast<std::size_t>(pod.number));
@@ -308,17 +307,16 @@ void read_pods(const toml::table& table, Scenario& scenario, std::array<bool, 51
     }
 }
 
-Scenario read_scenario(const toml::table& root, ScenarioErrors& errors) {
-    TableReader reader(root, "", errors);
+Scenario read_scenario(const TomlTable& root, TomlErrors& errors) {
+    TomlReader reader(root, "", errors);
     Scenario scenario;
     reader.whole("seed", scenario.seed, {0, 9e15, "a whole number from 0 to 9000000000000000"});
-    if (const toml::table* card = reader.table("card"))
+    if (const TomlTable* card = reader.table("card"))
         scenario.card = read_card(*card, errors, scenario.card_faults);
-    if (const toml::table* chaos = reader.table("chaos"))
-        scenario.chaos = read_chaos(*chaos, errors);
+    if (const TomlTable* chaos = reader.table("chaos")) scenario.chaos = read_chaos(*chaos, errors);
     std::array<bool, 51> taken{};
     reader.tables("pod",
-                  [&](const toml::table& entry) { read_pods(entry, scenario, taken, errors); });
+                  [&](const TomlTable& entry) { read_pods(entry, scenario, taken, errors); });
     reader.finish();
     std::sort(scenario.pods.begin(), scenario.pods.end(),
               [](const PodSettings& a, const PodSettings& b) { return a.number < b.number; });
@@ -328,13 +326,11 @@ Scenario read_scenario(const toml::table& root, ScenarioErrors& errors) {
 }  // namespace
 
 LoadedScenario load_scenario(std::string_view text, std::string_view file_name) {
-    ScenarioErrors errors(file_name);
+    TomlErrors errors(file_name);
     LoadedScenario loaded;
-    try {
-        Scenario scenario = read_scenario(toml::parse(text, file_name), errors);
+    if (const auto document = parse_toml(text, errors)) {
+        Scenario scenario = read_scenario(*document, errors);
         if (errors.empty()) loaded.scenario = std::move(scenario);
-    } catch (const toml::parse_error& error) {
-        errors.add(error.source(), error.description());
     }
     loaded.errors = errors.texts();
     return loaded;

@@ -8,8 +8,11 @@
 #include <vector>
 
 #include "sim/scenario.h"
+#include "toml/toml_document.h"
 
 namespace kavorix::sim {
+
+inline constexpr std::size_t LongestScenario = TomlLimits::Bytes;
 
 struct LoadedScenario {
     std::optional<Scenario> scenario;  // nothing when there are errors

@@ -1,6 +1,6 @@
 #include "ui/alarm_groups.h"
 
-#include "link/error_log.h"
+#include "base/program_name.h"
 #include "model/channel_rules.h"
 #include "model/runtime.h"
 

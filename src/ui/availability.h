@@ -1,22 +1,19 @@
 #pragma once
 
-// Which commands can be used in which state of the station: one table, for buttons, menus and menu
-// items alike. The user guide prints the same table (docs/commands.md).
+// What decides whether a command can be used, in the state that the station is in.
 
 #include <span>
 #include <string_view>
 
 #include "model/runtime.h"
-#include "ui/commands.h"
 
 namespace kavorix {
 
 // What decides about availability.
 struct StationState {
     bool operations = false;       // pods were found
-    bool config_commands = false;  // not switched off by ConfigItems(0)
-    bool sending = false;          // a transmission is under way
-    bool config_sent = false;      // of configurations: the selection names the pod it goes to
+    bool config_commands = false;  // ConfigItems() of the state
+    bool sending = false;          // work that talks to the pods is under way
     int pods_selected = 0;
     bool interface_selected = false;
     bool counter_pods = false;  // every selected pod can have its event counters cleared
@@ -33,6 +30,12 @@ struct StationState {
     bool configurable() const { return config_commands && !scan_logging && !event_logging; }
 };
 
+StationState station_state(const RunTime& run_time);
+
+// Whether the configuration commands are enabled: not while scanning or logging, nor after a search
+// that found no card.
+bool ConfigItems(const RunTime& run_time);
+
 // One thing that must be so.
 struct Condition {
     std::string_view text;  // in the words of the user guide
@@ -42,19 +45,44 @@ struct Condition {
 // All of them must hold; none: always.
 using Conditions = std::span<const Condition* const>;
 
-// What a command needs to be available. Command::None needs nothing.
-Conditions needs(Command command);
-
-// What a menu of the bar needs to be opened, by its control name, for example "mnuOperate".
-Conditions menu_needs(std::string_view menu);
-
 bool all_hold(Conditions conditions, const StationState& state);
 
-// False for Command::None.
-bool is_available(Command command, const StationState& state);
+namespace needs {
 
-// The state as the run-time records tell it; `config_commands` and `sending` are the caller's to
-// set.
-StationState station_state(const RunTime& run_time);
+using State = StationState;
+
+inline constexpr Condition PodsFound{"pods found", [](const State& s) { return s.operations; }};
+inline constexpr Condition NothingSent{"nothing being sent",
+                                       [](const State& s) { return !s.sending; }};
+inline constexpr Condition Configurable{"card found; not scanning; not logging",
+                                        [](const State& s) { return s.configurable(); }};
+// The way out of a start without a card.
+inline constexpr Condition CardConfigurable{
+    "not scanning; not logging", [](const State& s) { return s.configurable() || !s.operations; }};
+inline constexpr Condition PodSelected{"pod selected",
+                                       [](const State& s) { return s.pods_selected > 0; }};
+inline constexpr Condition Selection{"pod or interface selected",
+                                     [](const State& s) { return s.selection(); }};
+inline constexpr Condition CounterPods{"no 7R, 7S, 7T, 7U, 8S selected",
+                                       [](const State& s) { return s.counter_pods; }};
+inline constexpr Condition CapturePods{"no 7R, 7S, 7T, 7U, 7V, 7W selected",
+                                       [](const State& s) { return s.capture_pods; }};
+inline constexpr Condition ScanFile{"scan log set up", [](const State& s) { return s.scan_file; }};
+inline constexpr Condition EventFile{"event log set up",
+                                     [](const State& s) { return s.event_file; }};
+inline constexpr Condition ScanLogStopped{"scan log stopped",
+                                          [](const State& s) { return !s.scan_logging; }};
+inline constexpr Condition EventLogStopped{"event log stopped",
+                                           [](const State& s) { return !s.event_logging; }};
+inline constexpr Condition ScanLogRuns{"scan log running",
+                                       [](const State& s) { return s.scan_logging; }};
+inline constexpr Condition EventLogRuns{"event log running",
+                                        [](const State& s) { return s.event_logging; }};
+inline constexpr Condition GraphSetUp{"graph set up",
+                                      [](const State& s) { return s.graph_set_up; }};
+inline constexpr Condition GraphClosed{"no graph shown",
+                                       [](const State& s) { return !s.graph_shown; }};
+
+}  // namespace needs
 
 }  // namespace kavorix

@@ -1,224 +1,435 @@
 #include "ui/commands.h"
 
-#include <array>
+#include <algorithm>
 
 namespace kavorix {
 
 namespace {
 
-using Item = MenuItem& (*)(MainScreen&);
+constexpr std::array Rows = {
+    CommandRow{Command::InterfaceCard,
+               "mnuConfigItem(0)",
+               "I&nterface Card...",
+               "Card address, poll rate and power",
+               "frmMain/mnuConfigItem_Click",
+               {&needs::NothingSent, &needs::CardConfigurable}},
+    CommandRow{Command::ZavSetup,
+               "mnuConfigItem(1)",
+               "&ZAV Setup...",
+               "Configure a pod and its channels",
+               "frmMain/mnuConfigItem_Click",
+               {&needs::PodsFound, &needs::NothingSent, &needs::Configurable}},
+    CommandRow{Command::OpenFile,
+               "mnuConfigItem(3)",
+               "&Open File...",
+               "Load a configuration file",
+               "frmMain/mnuConfigItem_Click",
+               {&needs::NothingSent, &needs::Configurable}},
+    CommandRow{Command::Save,
+               "mnuConfigItem(4)",
+               "&Save",
+               "Save the configuration",
+               "frmMain/mnuConfigItem_Click",
+               {&needs::NothingSent, &needs::Configurable}},
+    CommandRow{Command::SaveAs,
+               "mnuConfigItem(5)",
+               "Sa&ve As...",
+               "Save the configuration under another name",
+               "frmMain/mnuConfigItem_Click",
+               {&needs::NothingSent, &needs::Configurable}},
+    CommandRow{Command::TransmitConfig,
+               "mnuConfigItem(7)",
+               "&Transmit Config",
+               "Send each selected pod its configuration",
+               "frmMain/mnuConfigItem_Click",
+               {&needs::PodsFound, &needs::Selection, &needs::NothingSent, &needs::Configurable}},
+    CommandRow{Command::Delete,
+               "mnuConfigItem(9)",
+               "&Delete",
+               "Reset the configuration of the selected pods",
+               "frmMain/mnuConfigItem_Click",
+               {&needs::PodsFound, &needs::Selection, &needs::NothingSent, &needs::Configurable}},
+    CommandRow{Command::DefaultContScan,
+               "mnuConfigItem(11)",
+               "Default &Cont Scan",
+               "Give the selected pods their defaults and scan continuously",
+               "frmMain/mnuConfigItem_Click",
+               {&needs::PodsFound, &needs::Selection, &needs::NothingSent, &needs::Configurable}},
+    CommandRow{Command::Exit,
+               "mnuConfigItem(13)",
+               "E&xit KAVORIXER.",
+               "End the program",
+               "frmMain/mnuConfigItem_Click",
+               {}},
+    CommandRow{Command::Trigger,
+               "mnuOperateItem(0)",
+               "&Trigger",
+               "Start measurement",
+               "frmMain/mnuOperateItem_Click",
+               {&needs::PodsFound, &needs::PodSelected, &needs::NothingSent}},
+    CommandRow{Command::Halt,
+               "mnuOperateItem(1)",
+               "&Halt",
+               "Stop measurement",
+               "frmMain/mnuOperateItem_Click",
+               {&needs::PodsFound, &needs::PodSelected, &needs::NothingSent}},
+    CommandRow{Command::ClearEventCounter,
+               "mnuOperateItem(3)",
+               "&Clear Event Counter...",
+               "Set totalising channels to zero",
+               "frmMain/mnuOperateItem_Click",
+               {&needs::PodsFound, &needs::PodSelected, &needs::NothingSent, &needs::CounterPods}},
+    CommandRow{Command::EventCaptureOn,
+               "mnuOperateItem(4)",
+               "Event Capture O&N",
+               "Selected pods report digital events",
+               "frmMain/mnuOperateItem_Click",
+               {&needs::PodsFound, &needs::PodSelected, &needs::NothingSent, &needs::CapturePods}},
+    CommandRow{Command::EventCaptureOff,
+               "mnuOperateItem(5)",
+               "Event Capture O&FF",
+               "Selected pods report no events",
+               "frmMain/mnuOperateItem_Click",
+               {&needs::PodsFound, &needs::PodSelected, &needs::NothingSent, &needs::CapturePods}},
+    CommandRow{Command::TxCommand,
+               "mnuOperateItem(7)",
+               "T&x Command...",
+               "Send a typed command string",
+               "frmMain/mnuOperateItem_Click",
+               {&needs::PodsFound, &needs::PodSelected, &needs::NothingSent}},
+    CommandRow{Command::ViewStream0,
+               "mnuViewDataItem(0)",
+               "Stream &0...",
+               "Scan results",
+               "frmMain/mnuViewItem_Click",
+               {&needs::PodsFound, &needs::PodSelected}},
+    CommandRow{Command::ViewStream1,
+               "mnuViewDataItem(1)",
+               "Stream &1...",
+               "Single-channel measurements",
+               "frmMain/mnuViewItem_Click",
+               {&needs::PodsFound, &needs::PodSelected}},
+    CommandRow{Command::ViewStream2,
+               "mnuViewDataItem(2)",
+               "Stream &2...",
+               "Digital events",
+               "frmMain/mnuViewItem_Click",
+               {&needs::PodsFound, &needs::PodSelected}},
+    CommandRow{Command::ViewStream3,
+               "mnuViewDataItem(3)",
+               "Stream &3...",
+               "Texts of the pods",
+               "frmMain/mnuViewItem_Click",
+               {&needs::PodsFound, &needs::PodSelected}},
+    CommandRow{Command::ViewStatus,
+               "mnuViewItem(1)",
+               "View &Status...",
+               "Status of the selected pods and the interface",
+               "frmMain/mnuViewItem_Click",
+               {&needs::PodsFound, &needs::Selection, &needs::NothingSent}},
+    CommandRow{Command::SetupScanLog,
+               "mnuLoggingItemSetup(0)",
+               "&Scans...",
+               "File and interval of the scan log",
+               "frmMain/mnuLoggingItem_Click",
+               {&needs::PodsFound, &needs::ScanLogStopped}},
+    CommandRow{Command::SetupEventLog,
+               "mnuLoggingItemSetup(1)",
+               "&Events...",
+               "File of the event log",
+               "frmMain/mnuLoggingItem_Click",
+               {&needs::PodsFound, &needs::EventLogStopped}},
+    CommandRow{Command::StartScanLog,
+               "mnuLoggingItemStart(0)",
+               "&Scans",
+               "Start the scan log",
+               "frmMain/mnuLoggingItem_Click",
+               {&needs::PodsFound, &needs::ScanFile, &needs::ScanLogStopped}},
+    CommandRow{Command::StartEventLog,
+               "mnuLoggingItemStart(1)",
+               "&Events",
+               "Start the event log",
+               "frmMain/mnuLoggingItem_Click",
+               {&needs::PodsFound, &needs::EventFile, &needs::EventLogStopped}},
+    CommandRow{Command::StartBothLogs,
+               "mnuLoggingItemStart(2)",
+               "&Both",
+               "Start both logs",
+               "frmMain/mnuLoggingItem_Click",
+               {&needs::PodsFound, &needs::ScanFile, &needs::ScanLogStopped, &needs::EventFile,
+                &needs::EventLogStopped}},
+    CommandRow{Command::StopScanLog,
+               "mnuLoggingItemStop(0)",
+               "&Scans",
+               "Stop the scan log",
+               "frmMain/mnuLoggingItem_Click",
+               {&needs::ScanLogRuns}},
+    CommandRow{Command::StopEventLog,
+               "mnuLoggingItemStop(1)",
+               "&Events",
+               "Stop the event log",
+               "frmMain/mnuLoggingItem_Click",
+               {&needs::EventLogRuns}},
+    CommandRow{Command::StopBothLogs,
+               "mnuLoggingItemStop(2)",
+               "&Both",
+               "Stop both logs",
+               "frmMain/mnuLoggingItem_Click",
+               {&needs::ScanLogRuns, &needs::EventLogRuns}},
+    CommandRow{Command::GraphSetup,
+               "mnuTrendItem(0)",
+               "&Setup...",
+               "Channels, range and titles of the graph",
+               "frmMain/mnuTrendItem_Click",
+               {&needs::PodsFound, &needs::PodSelected, &needs::GraphClosed}},
+    CommandRow{Command::ViewGraph,
+               "mnuTrendItem(1)",
+               "&View Graph...",
+               "Show the graph",
+               "frmMain/mnuTrendItem_Click",
+               {&needs::PodsFound, &needs::PodSelected, &needs::GraphSetUp, &needs::GraphClosed}},
+    CommandRow{Command::DefaultScreen,
+               "mnuOptionsItem(0)",
+               "&Default Screen",
+               "Pod icons only",
+               "frmMain/mnuOptionsItem_Click",
+               {&needs::PodsFound},
+               [](const RunTime& r) { return !r.Options.Expanded; }},
+    CommandRow{Command::ExpandScreen,
+               "mnuOptionsItem(1)",
+               "&Expand Screen",
+               "Pod icons with their stream indicators",
+               "frmMain/mnuOptionsItem_Click",
+               {&needs::PodsFound},
+               [](const RunTime& r) { return r.Options.Expanded; }},
+    CommandRow{Command::SelectAll,
+               "mnuOptionsItem(3)",
+               "&Select / De-Select All",
+               "Select all pods, or none",
+               "frmMain/mnuOptionsItem_Click",
+               {&needs::PodsFound}},
+    CommandRow{Command::Stream3AutoClear,
+               "mnuOptionsItem(5)",
+               "Stream 3 &AutoClear",
+               "Leave pod texts as received",
+               "frmMain/mnuOptionsItem_Click",
+               {&needs::PodsFound},
+               [](const RunTime& r) { return r.Poll.Stream3AutoClear; }},
+    CommandRow{Command::TransmitReminder,
+               "mnuTransmitRem",
+               "&Transmit Config Reminder",
+               "Remind to transmit after a configuration change",
+               "frmMain/mnuOptionsItem_Click",
+               {&needs::PodsFound},
+               [](const RunTime& r) { return r.Options.TransmitReminder; }},
+    CommandRow{Command::ConvertLogFile,
+               "mnuUtilitiesItem(0)",
+               "&Convert Log File to ASCII(.CSV) File...",
+               "Make a comma-separated text of a log file",
+               "frmMain/mnuUtilitiesItem_Click",
+               {&needs::Configurable}},
+    CommandRow{Command::PrinterSetup,
+               "mnuUtilitiesItem(1)",
+               "&Printer Setup...",
+               "Printer and paper of the graphs",
+               "frmMain/mnuUtilitiesItem_Click",
+               {&needs::Configurable}},
+    CommandRow{Command::Guide,
+               "mnuGuide",
+               "&Guide",
+               "How to work with the station; F1 tells about a window",
+               "frmMain/mnuGuide_Click",
+               {}},
+    CommandRow{Command::Keys,
+               "mnuKeys",
+               "&Keyboard Short Cuts",
+               "What every key does",
+               "frmMain/mnuKeys_Click",
+               {}},
+    CommandRow{Command::About,
+               "mnuAbout",
+               "&About KAVORIXER.",
+               "Program and driver version",
+               "frmMain/mnuAbout_Click",
+               {}},
+    CommandRow{Command::Configure,
+               "",
+               "",
+               "",
+               "",
+               {&needs::PodsFound, &needs::Selection, &needs::NothingSent, &needs::Configurable}},
+    CommandRow{Command::DefaultExpand, "", "", "", "", {&needs::PodsFound}},
+    CommandRow{Command::ClearErrors, "", "", "", "", {&needs::PodsFound}},
+};
 
-template <auto Member>
-constexpr Item single = [](MainScreen& screen) -> MenuItem& { return screen.*Member; };
+constexpr bool in_command_order() {
+    for (std::size_t i = 0; i < Rows.size(); ++i)
+        if (Rows[i].id != static_cast<Command>(i + 1)) return false;
+    return Rows.back().id == LastCommand;
+}
+static_assert(in_command_order(), "every command has its row, in the order of the enumeration");
 
-template <auto Member, std::size_t Index>
-constexpr Item indexed = [](MainScreen& screen) -> MenuItem& { return (screen.*Member)[Index]; };
+constexpr MenuLine Separator{};
 
-constexpr MenuEntry Separator = {};
-
-template <std::size_t I>
-constexpr Item config = indexed<&MainScreen::mnuConfigItem, I>;
-constexpr std::array ConfigItems = {
-    MenuEntry{"mnuConfigItem(0)", "I&nterface Card...", "Card address, poll rate and power",
-              Command::InterfaceCard, config<0>},
-    MenuEntry{"mnuConfigItem(1)", "&ZAV Setup...", "Configure a pod and its channels",
-              Command::ZavSetup, config<1>},
+constexpr std::array ConfigLines = {
+    MenuLine{Command::InterfaceCard},
+    MenuLine{Command::ZavSetup},
     Separator,
-    MenuEntry{"mnuConfigItem(3)", "&Open File...", "Load a configuration file", Command::OpenFile,
-              config<3>},
-    MenuEntry{"mnuConfigItem(4)", "&Save", "Save the configuration", Command::Save, config<4>},
-    MenuEntry{"mnuConfigItem(5)", "Sa&ve As...", "Save the configuration under another name",
-              Command::SaveAs, config<5>},
+    MenuLine{Command::OpenFile},
+    MenuLine{Command::Save},
+    MenuLine{Command::SaveAs},
     Separator,
-    MenuEntry{"mnuConfigItem(7)", "&Transmit Config", "Send each selected pod its configuration",
-              Command::TransmitConfig, config<7>},
+    MenuLine{Command::TransmitConfig},
     Separator,
-    MenuEntry{"mnuConfigItem(9)", "&Delete", "Reset the configuration of the selected pods",
-              Command::Delete, config<9>},
+    MenuLine{Command::Delete},
     Separator,
-    MenuEntry{"mnuConfigItem(11)", "Default &Cont Scan",
-              "Give the selected pods their defaults and scan continuously",
-              Command::DefaultContScan, config<11>},
+    MenuLine{Command::DefaultContScan},
     Separator,
-    MenuEntry{"mnuConfigItem(13)", "E&xit KAVORIXER.", "End the program", Command::Exit,
-              config<13>},
+    MenuLine{Command::Exit},
 };
 
-template <std::size_t I>
-constexpr Item operate = indexed<&MainScreen::mnuOperateItem, I>;
-constexpr std::array OperateItems = {
-    MenuEntry{"mnuOperateItem(0)", "&Trigger", "Start measurement", Command::Trigger, operate<0>},
-    MenuEntry{"mnuOperateItem(1)", "&Halt", "Stop measurement", Command::Halt, operate<1>},
+constexpr std::array OperateLines = {
+    MenuLine{Command::Trigger},
+    MenuLine{Command::Halt},
     Separator,
-    MenuEntry{"mnuOperateItem(3)", "&Clear Event Counter...", "Set totalising channels to zero",
-              Command::ClearEventCounter, operate<3>},
-    MenuEntry{"mnuOperateItem(4)", "Event Capture O&N", "Selected pods report digital events",
-              Command::EventCaptureOn, operate<4>},
-    MenuEntry{"mnuOperateItem(5)", "Event Capture O&FF", "Selected pods report no events",
-              Command::EventCaptureOff, operate<5>},
+    MenuLine{Command::ClearEventCounter},
+    MenuLine{Command::EventCaptureOn},
+    MenuLine{Command::EventCaptureOff},
     Separator,
-    MenuEntry{"mnuOperateItem(7)", "T&x Command...", "Send a typed command string",
-              Command::TxCommand, operate<7>},
+    MenuLine{Command::TxCommand},
 };
 
-template <std::size_t I>
-constexpr Item view_data = indexed<&MainScreen::mnuViewDataItem, I>;
-constexpr std::array ViewDataItems = {
-    MenuEntry{"mnuViewDataItem(0)", "Stream &0...", "Scan results", Command::ViewStream0,
-              view_data<0>},
-    MenuEntry{"mnuViewDataItem(1)", "Stream &1...", "Single-channel measurements",
-              Command::ViewStream1, view_data<1>},
-    MenuEntry{"mnuViewDataItem(2)", "Stream &2...", "Digital events", Command::ViewStream2,
-              view_data<2>},
-    MenuEntry{"mnuViewDataItem(3)", "Stream &3...", "Texts of the pods", Command::ViewStream3,
-              view_data<3>},
+constexpr std::array ViewDataLines = {
+    MenuLine{Command::ViewStream0},
+    MenuLine{Command::ViewStream1},
+    MenuLine{Command::ViewStream2},
+    MenuLine{Command::ViewStream3},
 };
-constexpr std::array ViewItems = {
-    MenuEntry{"mnuViewItem(0)", "View &Data", "", Command::None,
-              indexed<&MainScreen::mnuViewItem, 0>, ViewDataItems},
-    MenuEntry{"mnuViewItem(1)", "View &Status...", "Status of the selected pods and the interface",
-              Command::ViewStatus, indexed<&MainScreen::mnuViewItem, 1>},
-};
+constexpr MenuRow ViewData{"mnuViewItem(0)", "View &Data", ViewDataLines, {}};
+constexpr std::array ViewLines = {MenuLine{ViewData}, MenuLine{Command::ViewStatus}};
 
-constexpr std::array LogSetupItems = {
-    MenuEntry{"mnuLoggingItemSetup(0)", "&Scans...", "File and interval of the scan log",
-              Command::SetupScanLog, indexed<&MainScreen::mnuLoggingItemSetup, 0>},
-    MenuEntry{"mnuLoggingItemSetup(1)", "&Events...", "File of the event log",
-              Command::SetupEventLog, indexed<&MainScreen::mnuLoggingItemSetup, 1>},
+constexpr std::array LogSetupLines = {
+    MenuLine{Command::SetupScanLog},
+    MenuLine{Command::SetupEventLog},
 };
-constexpr std::array LogStartItems = {
-    MenuEntry{"mnuLoggingItemStart(0)", "&Scans", "Start the scan log", Command::StartScanLog,
-              indexed<&MainScreen::mnuLoggingItemStart, 0>},
-    MenuEntry{"mnuLoggingItemStart(1)", "&Events", "Start the event log", Command::StartEventLog,
-              indexed<&MainScreen::mnuLoggingItemStart, 1>},
-    MenuEntry{"mnuLoggingItemStart(2)", "&Both", "Start both logs", Command::StartBothLogs,
-              indexed<&MainScreen::mnuLoggingItemStart, 2>},
+constexpr std::array LogStartLines = {
+    MenuLine{Command::StartScanLog},
+    MenuLine{Command::StartEventLog},
+    MenuLine{Command::StartBothLogs},
 };
-constexpr std::array LogStopItems = {
-    MenuEntry{"mnuLoggingItemStop(0)", "&Scans", "Stop the scan log", Command::StopScanLog,
-              indexed<&MainScreen::mnuLoggingItemStop, 0>},
-    MenuEntry{"mnuLoggingItemStop(1)", "&Events", "Stop the event log", Command::StopEventLog,
-              indexed<&MainScreen::mnuLoggingItemStop, 1>},
-    MenuEntry{"mnuLoggingItemStop(2)", "&Both", "Stop both logs", Command::StopBothLogs,
-              indexed<&MainScreen::mnuLoggingItemStop, 2>},
+constexpr std::array LogStopLines = {
+    MenuLine{Command::StopScanLog},
+    MenuLine{Command::StopEventLog},
+    MenuLine{Command::StopBothLogs},
 };
-constexpr std::array LoggingItems = {
-    MenuEntry{"mnuLoggingItem(0)", "&Setup Log File", "", Command::None,
-              indexed<&MainScreen::mnuLoggingItem, 0>, LogSetupItems},
-    MenuEntry{"mnuLoggingItem(1)", "S&tart Logging", "", Command::None,
-              indexed<&MainScreen::mnuLoggingItem, 1>, LogStartItems},
-    MenuEntry{"mnuLoggingItem(2)", "St&op Logging", "", Command::None,
-              indexed<&MainScreen::mnuLoggingItem, 2>, LogStopItems},
-};
+constexpr MenuRow LogSetup{"mnuLoggingItem(0)", "&Setup Log File", LogSetupLines, {}};
+constexpr MenuRow LogStart{"mnuLoggingItem(1)", "S&tart Logging", LogStartLines, {}};
+constexpr MenuRow LogStop{"mnuLoggingItem(2)", "St&op Logging", LogStopLines, {}};
+constexpr std::array LoggingLines = {MenuLine{LogSetup}, MenuLine{LogStart}, MenuLine{LogStop}};
 
-constexpr std::array TrendItems = {
-    MenuEntry{"mnuTrendItem(0)", "&Setup...", "Channels, range and titles of the graph",
-              Command::GraphSetup, indexed<&MainScreen::mnuTrendItem, 0>},
-    MenuEntry{"mnuTrendItem(1)", "&View Graph...", "Show the graph", Command::ViewGraph,
-              indexed<&MainScreen::mnuTrendItem, 1>},
-};
+constexpr std::array TrendLines = {MenuLine{Command::GraphSetup}, MenuLine{Command::ViewGraph}};
 
-template <std::size_t I>
-constexpr Item options = indexed<&MainScreen::mnuOptionsItem, I>;
-constexpr bool Checkable = true;
-constexpr std::array OptionsItems = {
-    MenuEntry{"mnuOptionsItem(0)",
-              "&Default Screen",
-              "Pod icons only",
-              Command::DefaultScreen,
-              options<0>,
-              {},
-              Checkable},
-    MenuEntry{"mnuOptionsItem(1)",
-              "&Expand Screen",
-              "Pod icons with their stream indicators",
-              Command::ExpandScreen,
-              options<1>,
-              {},
-              Checkable},
+constexpr std::array OptionsLines = {
+    MenuLine{Command::DefaultScreen},
+    MenuLine{Command::ExpandScreen},
     Separator,
-    MenuEntry{"mnuOptionsItem(3)", "&Select / De-Select All", "Select all pods, or none",
-              Command::SelectAll, options<3>},
+    MenuLine{Command::SelectAll},
     Separator,
-    MenuEntry{"mnuOptionsItem(5)",
-              "Stream 3 &AutoClear",
-              "Leave pod texts as received",
-              Command::Stream3AutoClear,
-              options<5>,
-              {},
-              Checkable},
-    MenuEntry{"mnuTransmitRem",
-              "&Transmit Config Reminder",
-              "Remind to transmit after a configuration change",
-              Command::TransmitReminder,
-              single<&MainScreen::mnuTransmitRem>,
-              {},
-              Checkable},
+    MenuLine{Command::Stream3AutoClear},
+    MenuLine{Command::TransmitReminder},
 };
 
-constexpr std::array UtilitiesItems = {
-    MenuEntry{"mnuUtilitiesItem(0)", "&Convert Log File to ASCII(.CSV) File...",
-              "Make a comma-separated text of a log file", Command::ConvertLogFile,
-              indexed<&MainScreen::mnuUtilitiesItem, 0>},
-    MenuEntry{"mnuUtilitiesItem(1)", "&Printer Setup...", "Printer and paper of the graphs",
-              Command::PrinterSetup, indexed<&MainScreen::mnuUtilitiesItem, 1>},
+constexpr std::array UtilitiesLines = {
+    MenuLine{Command::ConvertLogFile},
+    MenuLine{Command::PrinterSetup},
 };
 
-constexpr std::array HelpItems = {
-    MenuEntry{"mnuGuide", "&Guide", "How to work with the station; F1 tells about a window",
-              Command::Guide, single<&MainScreen::mnuGuide>},
-    MenuEntry{"mnuKeys", "&Keyboard Short Cuts", "What every key does", Command::Keys,
-              single<&MainScreen::mnuKeys>},
-    MenuEntry{"mnuAbout", "&About KAVORIXER.", "Program and driver version", Command::About,
-              single<&MainScreen::mnuAbout>},
+constexpr std::array HelpLines = {
+    MenuLine{Command::Guide},
+    MenuLine{Command::Keys},
+    MenuLine{Command::About},
 };
 
-constexpr std::array Bar = {
-    MenuEntry{"mnuConfig", "&Config", "", Command::None, single<&MainScreen::mnuConfig>,
-              ConfigItems},
-    MenuEntry{"mnuOperate", "&Operate", "", Command::None, single<&MainScreen::mnuOperate>,
-              OperateItems},
-    MenuEntry{"mnuView", "&View", "", Command::None, single<&MainScreen::mnuView>, ViewItems},
-    MenuEntry{"mnuLogging", "&Logging", "", Command::None, single<&MainScreen::mnuLogging>,
-              LoggingItems},
-    MenuEntry{"mnuTrend", "&Graph", "", Command::None, single<&MainScreen::mnuTrend>, TrendItems},
-    MenuEntry{"mnuOptions", "O&ptions", "", Command::None, single<&MainScreen::mnuOptions>,
-              OptionsItems},
-    MenuEntry{"mnuUtilities", "&Utilities", "", Command::None, single<&MainScreen::mnuUtilities>,
-              UtilitiesItems},
-    MenuEntry{"mnuHelp", "&Help", "", Command::None, single<&MainScreen::mnuHelp>, HelpItems},
+constexpr std::array<MenuRow, MenuCount> Bar = {{
+    {"mnuConfig", "&Config", ConfigLines, {}},
+    {"mnuOperate", "&Operate", OperateLines, {&needs::PodsFound}},
+    {"mnuView", "&View", ViewLines, {&needs::PodsFound, &needs::Selection}},
+    {"mnuLogging", "&Logging", LoggingLines, {&needs::PodsFound}},
+    {"mnuTrend", "&Graph", TrendLines, {&needs::PodsFound}},
+    {"mnuOptions", "O&ptions", OptionsLines, {&needs::PodsFound}},
+    {"mnuUtilities", "&Utilities", UtilitiesLines, {}},
+    {"mnuHelp", "&Help", HelpLines, {}},
+}};
+
+constexpr std::array PodLines = {
+    MenuLine{Command::Trigger},
+    MenuLine{Command::Halt},
+    Separator,
+    MenuLine{Command::ZavSetup},
+    MenuLine{Command::TransmitConfig},
+    MenuLine{Command::DefaultContScan},
+    Separator,
+    MenuLine{Command::ViewStream0},
+    MenuLine{Command::ViewStream1},
+    MenuLine{Command::ViewStream2},
+    MenuLine{Command::ViewStream3},
+    MenuLine{Command::ViewStatus},
 };
 
 constexpr std::array Buttons = {
-    ButtonEntry{"cmdTrig", Command::Trigger, &MainScreen::cmdTrig},
-    ButtonEntry{"cmdHalt", Command::Halt, &MainScreen::cmdHalt},
-    ButtonEntry{"cmdTransmit", Command::TransmitConfig, &MainScreen::cmdTransmit},
-    ButtonEntry{"cmdConfig", Command::Configure, &MainScreen::cmdConfig},
-    ButtonEntry{"cmdDefault", Command::DefaultExpand, &MainScreen::cmdDefault},
-    ButtonEntry{"cmdSelectAll", Command::SelectAll, &MainScreen::cmdSelectAll},
-    ButtonEntry{"cmdClear", Command::ClearErrors, &MainScreen::cmdClear},
+    ButtonRow{Command::Trigger, "cmdTrig", "&Trigger", "Start measurement", "frmMain/cmdTrig_Click",
+              Glyph::Trigger},
+    ButtonRow{Command::Halt, "cmdHalt", "&Halt", "Stop measurement", "frmMain/cmdHalt_Click",
+              Glyph::Halt},
+    ButtonRow{Command::TransmitConfig, "cmdTransmit", "T&ransmit", "Transmit Zav configuration",
+              "frmMain/cmdTransmit_Click", Glyph::Transmit},
+    ButtonRow{Command::Configure, "cmdConfig", "Co&nfig...", "Configure the Zav",
+              "frmMain/cmdConfig_Click", Glyph::Configure},
+    ButtonRow{Command::DefaultExpand, "cmdDefault", "&Default/Expand",
+              "Hide or show the stream indicators", "frmMain/cmdDefault_Click", Glyph::Layout},
+    ButtonRow{Command::SelectAll, "cmdSelectAll", "&Select/De-Select All",
+              "Select all pods, or none", "frmMain/cmdSelectAll_Click", Glyph::SelectAll},
+    ButtonRow{Command::ClearErrors, "cmdClear", "Cl&ear", "Put pods with errors back into service",
+              "frmMain/cmdClear_Click", Glyph::Clear},
 };
 
-void fill(std::span<const MenuEntry> entries, MainScreen& screen) {
-    for (const MenuEntry& entry : entries) {
-        if (entry.separator()) continue;
-        entry.item(screen).caption = entry.caption;
-        fill(entry.children, screen);
-    }
+Conditions filled(const Needs& needs) {
+    const auto end = std::find(needs.begin(), needs.end(), nullptr);
+    return Conditions(needs).first(static_cast<std::size_t>(end - needs.begin()));
 }
 
 }  // namespace
 
-std::span<const MenuEntry> menu_bar() {
+Conditions CommandRow::conditions() const {
+    return filled(needs);
+}
+
+Conditions MenuRow::conditions() const {
+    return filled(needs);
+}
+
+std::span<const CommandRow> command_rows() {
+    return Rows;
+}
+
+const CommandRow& command_row(Command command) {
+    return Rows.at(static_cast<std::size_t>(command) - 1);
+}
+
+std::span<const MenuRow, MenuCount> menu_bar() {
     return Bar;
 }
 
-std::span<const ButtonEntry> buttons() {
+std::span<const MenuLine> pod_menu() {
+    return PodLines;
+}
+
+std::span<const ButtonRow> buttons() {
     return Buttons;
 }
 
-void fill_menu_captions(MainScreen& screen) {
-    fill(Bar, screen);
+bool is_available(Command command, const StationState& state) {
+    return command != Command::None && all_hold(command_row(command).conditions(), state);
 }
 
 }  // namespace kavorix

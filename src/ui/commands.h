@@ -1,11 +1,13 @@
 #pragma once
 
-// Every operation that the operator can start from the main window, and the menus as one table.
+// Every operation that the operator can start from the main window: a row each, and where menus and
+// buttons show them.
 
+#include <array>
 #include <span>
 #include <string_view>
 
-#include "platform/main_screen.h"
+#include "ui/availability.h"
 
 namespace kavorix {
 
@@ -59,32 +61,81 @@ enum class Command {
 
 inline constexpr Command LastCommand = Command::ClearErrors;
 
-// A command button of the main window.
-struct ButtonEntry {
-    std::string_view name;  // control name
-    Command command = Command::None;
-    Button MainScreen::*button = nullptr;
+inline constexpr std::size_t CommandCount = static_cast<std::size_t>(LastCommand) + 1;
+
+// What a command needs; null behind the last.
+using Needs = std::array<const Condition*, 5>;
+
+// A command, as a menu shows it. The name is its control's, for example "mnuConfigItem(3)"; empty
+// for a command that only a button has. Failures of its handler are reported under `trace`.
+struct CommandRow {
+    Command id = Command::None;
+    std::string_view name;
+    std::string_view caption;  // "&" marks the accelerator
+    std::string_view tip;
+    std::string_view trace;
+    Needs needs{};
+    bool (*checked)(const RunTime&) = nullptr;  // of an item that can be checked
+
+    Conditions conditions() const;
 };
 
-struct MenuEntry {
-    std::string_view name;  // control name, for example "mnuConfigItem(3)"; empty for a separator
+enum class Glyph {
+    Trigger,
+    Halt,
+    Transmit,
+    Configure,
+    Layout,
+    SelectAll,
+    Clear,
+    Warning,      // a red triangle with an exclamation mark
+    Caution,      // the same in amber
+    Information,  // a disc with an i
+    Question,     // a disc with a question mark
+    Stop,         // a disc with a cross
+    Cycle         // an arrow going round
+};
+
+// A command button.
+struct ButtonRow {
+    Command id = Command::None;
+    std::string_view name;
     std::string_view caption;
-    std::string_view tool_tip;
-    Command command = Command::None;
-    MenuItem& (*item)(MainScreen&) = nullptr;  // its record; null for a separator
-    std::span<const MenuEntry> children = {};  // of a submenu
-    bool checkable = false;
-
-    constexpr bool separator() const { return item == nullptr; }
+    std::string_view tip;
+    std::string_view trace;
+    kavorix::Glyph glyph;
 };
 
-// The menu bar from left to right; the children are the items from top to bottom.
-std::span<const MenuEntry> menu_bar();
+// A command, a submenu, or neither: a separator.
+struct MenuLine {
+    Command command = Command::None;
+    const struct MenuRow* submenu = nullptr;
 
-// The command buttons.
-std::span<const ButtonEntry> buttons();
+    constexpr MenuLine() = default;
+    constexpr explicit MenuLine(Command id) : command(id) {}
+    constexpr explicit MenuLine(const MenuRow& menu) : submenu(&menu) {}
+    constexpr bool separator() const { return command == Command::None && submenu == nullptr; }
+};
 
-// Puts the captions of the table into the record.
-void fill_menu_captions(MainScreen& screen);
+// A menu of the bar, or a submenu, from top to bottom; what it needs to be opened.
+struct MenuRow {
+    std::string_view name;
+    std::string_view caption;
+    std::span<const MenuLine> lines;
+    Needs needs{};
+
+    Conditions conditions() const;
+};
+
+inline constexpr std::size_t MenuCount = 8;
+
+std::span<const CommandRow> command_rows();  // all of them
+const CommandRow& command_row(Command command);
+std::span<const MenuRow, MenuCount> menu_bar();  // from left to right
+std::span<const MenuLine> pod_menu();            // what can be done with a pod
+std::span<const ButtonRow> buttons();
+
+// False for Command::None.
+bool is_available(Command command, const StationState& state);
 
 }  // namespace kavorix

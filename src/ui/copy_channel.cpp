@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "base/program_name.h"
 #include "base/text.h"
-#include "link/error_log.h"
 #include "model/channel_rules.h"
 #include "model/runtime.h"
 #include "ui/field_checks.h"

@@ -5,7 +5,7 @@
 #include <iterator>
 
 #include "base/numbers.h"
-#include "link/error_log.h"
+#include "base/program_name.h"
 
 namespace kavorix {
 

@@ -1,9 +1,9 @@
 #include "ui/interface_settings.h"
 
 #include <array>
-#include <utility>
 
 #include "base/numbers.h"
+#include "base/program_name.h"
 #include "base/text.h"
 #include "model/catalogue.h"
 #include "model/log_intervals.h"
@@ -39,15 +39,6 @@ std::int32_t derived_interval(std::int32_t old_interval_ms, std::int16_t old_rat
 }
 
 }  // namespace
-
-InterfaceSettingsDialog::InterfaceSettingsDialog(const CommandLink::Surroundings& surroundings,
-                                                 Configuration& configuration, Discovery& discovery,
-                                                 Operations& operations, SaveFile save_file)
-    : with_(surroundings),
-      configuration_(configuration),
-      discovery_(discovery),
-      operations_(operations),
-      save_file_(std::move(save_file)) {}
 
 void InterfaceSettingsDialog::Form_Load() {
     trapped(with_.failures, "frmConfigAdap/Form_Load", [&] {
@@ -102,10 +93,8 @@ void InterfaceSettingsDialog::follow_poll_rate(std::int16_t rate) {
 // A connection starts the station's state anew: nothing may be using it.
 bool InterfaceSettingsDialog::may_connect() {
     const RunTime& run_time = with_.run_time;
-    const bool scanning_or_logging = run_time.Link.ContScanning == 1 ||
-                                     run_time.Log.ScanLogging == 1 ||
-                                     run_time.Log.EventLogging == 1;
-    if (!scanning_or_logging && !operations_.sending()) return true;
+    const bool scanning_or_logging = run_time.Link.ContScanning || run_time.Log.running();
+    if (!scanning_or_logging && run_time.Link.Sending == 0) return true;
     with_.dialogs.beep();
     with_.dialogs.Msg_Box(scanning_or_logging
                               ? "Cannot Connect:   Continuous Scanning/Logging in Progress"
@@ -121,30 +110,21 @@ bool InterfaceSettingsDialog::save_changes() {
         "Save Changes before Connecting to new Interface?",
         box::YesNoCancel | box::Question, ProgramName);
     // A cancelled file dialog leaves the changes unsaved without being reported as abandoned.
-    if (answer == Answer::Yes) return save_file_(0) == 0 && configuration_.ConfigChanged == 0;
+    if (answer == Answer::Yes) return with_.save_file(0) == 0 && configuration_.ConfigChanged == 0;
     if (answer == Answer::No) configuration_.ConfigChanged = 0;
     return answer == Answer::No;
 }
 
 bool InterfaceSettingsDialog::connect(std::int16_t address, std::int16_t rate) {
-    bool connected = false;
-    operations_.while_sending([&] {
-        with_.dialogs.set_pointer(Pointer::Busy);
-        connected = discovery_.ConnectToCard(address, rate, 1) == 1;
-        if (connected) {
-            LinkState& link = with_.run_time.Link;
-            with_.message_line.DispMsg(" Polling Stopped", Colour::Blue);
-            for (PodConfig& pod : configuration_.ZavConfig) default_ZAV_config(pod, NoDevice, 0);
-            link.ZavSelected = link.PollTable.InPollTable;
-            discovery_.GetStatus(0);
-            discovery_.DispZAVS();
-            link.ZavSelected.fill(0);
-            link.NumSelected = 0;
-            configuration_.Interface.PollRate = rate;
-            operations_.ConfigItems(1);
-        }
-        with_.dialogs.set_pointer(Pointer::Default);
-    });
+    const Sending sending(with_.run_time.Link);
+    with_.dialogs.set_pointer(Pointer::Busy);
+    const bool connected = with_.discovery.ConnectToCard(address, rate, 1) == 1;
+    if (connected) {
+        with_.message_line.DispMsg(" Polling Stopped", Severity::Progress);
+        with_.discovery.identify_pods();
+        configuration_.Interface.PollRate = rate;
+    }
+    with_.dialogs.set_pointer(Pointer::Default);
     return connected;
 }
 

@@ -5,9 +5,10 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <utility>
 
 #include "link/discovery.h"
-#include "ui/operations.h"
+#include "platform/controls.h"
 
 namespace kavorix {
 
@@ -31,12 +32,19 @@ struct InterfaceSettingsScreen {
 
 class InterfaceSettingsDialog {
   public:
-    // Saves the configuration (0: to its own file); returns 1 when the operator abandoned it.
-    using SaveFile = std::function<std::int16_t(std::int16_t)>;
-
-    InterfaceSettingsDialog(const CommandLink::Surroundings& surroundings,
-                            Configuration& configuration, Discovery& discovery,
-                            Operations& operations, SaveFile save_file);
+    // What it works with; all of it outlives the dialog.
+    struct Surroundings {
+        Discovery& discovery;
+        Dialogs& dialogs;
+        MessageLine& message_line;
+        FailureReporter& failures;
+        Configuration& configuration;
+        RunTime& run_time;
+        // Saves the configuration (0: to its own file); returns 1 when the operator abandoned it.
+        std::function<std::int16_t(std::int16_t)> save_file;
+    };
+    explicit InterfaceSettingsDialog(Surroundings surroundings)
+        : with_(std::move(surroundings)), configuration_(with_.configuration) {}
 
     InterfaceSettingsScreen screen;
 
@@ -52,11 +60,8 @@ class InterfaceSettingsDialog {
     bool save_changes();
     bool connect(std::int16_t address, std::int16_t rate);
 
-    CommandLink::Surroundings with_;
+    Surroundings with_;
     Configuration& configuration_;
-    Discovery& discovery_;
-    Operations& operations_;
-    SaveFile save_file_;
     bool closed_ = false;
 };
 

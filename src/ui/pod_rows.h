@@ -15,21 +15,17 @@
 
 namespace kavorix {
 
-// The pods (indices 0..49) that the operator has selected.
-inline std::vector<std::int16_t> selected_pods(const LinkState& link) {
-    std::vector<std::int16_t> pods;
-    for (std::int16_t pod = 0; pod < MaxZavs; ++pod)
-        if (link.ZavSelected[at(pod)] == 1) pods.push_back(pod);
-    return pods;
+// The pods that the operator has selected.
+inline std::vector<Pod> selected_pods(const LinkState& link) {
+    return {link.ZavSelected.begin(), link.ZavSelected.end()};
 }
 
 // A list of pods to choose from: "03 - 7V", the code being the pod's index.
-inline std::vector<ListEntry> pod_entries(const std::vector<std::int16_t>& pods,
-                                          const PodStatuses& status) {
+inline std::vector<ListEntry> pod_entries(const std::vector<Pod>& pods, const PodStatuses& status) {
     std::vector<ListEntry> entries;
-    for (const std::int16_t pod : pods)
+    for (const Pod pod : pods)
         entries.push_back(
-            {two_digits(pod + 1) + " - " + std::string(status[at(pod)].type_code()), pod});
+            {two_digits(pod.number()) + " - " + std::string(status[pod].type_code()), pod.index()});
     return entries;
 }
 

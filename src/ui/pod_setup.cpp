@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/program_name.h"
 #include "base/text.h"
-#include "link/error_log.h"
 #include "model/channel_rules.h"
 #include "ui/alarm_groups.h"
 #include "ui/alarm_limits.h"
@@ -31,7 +31,7 @@ PodSetup::PodSetup(const Surroundings& surroundings)
 void PodSetup::run(int pod) {
     Form_Load(pod);
     with_.windows.show_pod_setup(*this);
-    if (accepted_ && with_.screen.mnuTransmitRem.checked)
+    if (accepted_ && with_.run_time.Options.TransmitReminder)
         with_.dialogs.message_box(
             "The new configuration must now be transmitted to the ZAV by clicking the 'Transmit' "
             "button. To disable this reminder toggle 'Transmit Config Reminder' in the 'Options' "
@@ -358,7 +358,7 @@ void PodSetup::cmdInitialise_Click() {
     handler("cmdInitialise_Click", [&] {
         if (!screen.cmdInitialise.enabled) return;
         StrainInitialisation initialisation(
-            with_.driver, with_.dialogs, with_.run_time, rules_.state.selected_pod,
+            with_.driver, with_.dialogs, with_.run_time, Pod::at_index(rules_.state.selected_pod),
             rules_.state.selected_channel + 1, with_.configuration.Interface.CardHandle);
         const auto reply = initialisation.run();
         if (!reply) return;
@@ -383,7 +383,7 @@ void PodSetup::cmdOK_Click() {
             accept_changes();
         }
         with_.message_line.DispMsg(" Configuration Changed - must be Transmitted to take Effect",
-                                   Colour::Blue);
+                                   Severity::Progress);
         accepted_ = true;
         closed_ = true;
     });
@@ -404,15 +404,12 @@ void PodSetup::unload_request() {
 
 void setup_selected_pod(const PodSetup::Surroundings& surroundings) {
     const LinkState& link = surroundings.run_time.Link;
-    if (link.NumSelected > 1) {
+    if (link.NumSelected() > 1) {
         refuse(surroundings.dialogs, "More than 1 ZAV Icon Selected for Configuration");
         return;
     }
-    const auto selected = std::find(link.ZavSelected.begin(), link.ZavSelected.end(), 1);
     PodSetup dialog(surroundings);
-    dialog.run(selected == link.ZavSelected.end()
-                   ? PodSetup::NoPod
-                   : static_cast<int>(selected - link.ZavSelected.begin()));
+    dialog.run(link.ZavSelected.empty() ? PodSetup::NoPod : (*link.ZavSelected.begin()).index());
 }
 
 }  // namespace kavorix

@@ -54,7 +54,6 @@ class PodSetup {
     struct Surroundings {
         Configuration& configuration;
         RunTime& run_time;
-        const MainScreen& screen;  // the reminder option
         Driver& driver;
         Dialogs& dialogs;
         MessageLine& message_line;

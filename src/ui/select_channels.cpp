@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/program_name.h"
 #include "base/text.h"
 
 namespace kavorix {
@@ -64,7 +65,7 @@ void SelectChannelsDialog::cboZav_Click(int list_index) {
 }
 
 void SelectChannelsDialog::chkChan_Click(int channel) {
-    const std::int16_t flag = screen.chkChan[at(channel)].checked ? 1 : 0;
+    const bool flag = screen.chkChan[at(channel)].checked;
     each_shown_set([&](ChannelChoice::Set& set) {
         if (channel < set.channels) set.chosen[at(channel)] = flag;
     });

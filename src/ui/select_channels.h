@@ -11,7 +11,7 @@
 
 #include "model/runtime.h"
 #include "platform/controls.h"
-#include "ui/operations.h"
+#include "ui/windows.h"
 
 namespace kavorix {
 

@@ -10,8 +10,6 @@ namespace kavorix {
 
 namespace {
 
-constexpr std::string_view Asking = " Getting ZAV/Interface Status";
-
 struct Connector {
     char letter;
     std::string_view text;
@@ -51,9 +49,9 @@ std::string interface_line(std::string_view label, std::string_view value) {
 
 }  // namespace
 
-std::string pod_status_line(int pod, const PodStatus& status, bool selected) {
-    std::string line = two_digits(pod + 1);
-    if (status.ErrorFlag == 1 && !selected) {
+std::string pod_status_line(Pod pod, const PodStatus& status, bool answers) {
+    std::string line = two_digits(pod.number());
+    if (status.ErrorFlag && !answers) {
         place(line, "ZAV Type", "ERROR - ZAV Removed from Poll Table");
         return line;
     }
@@ -71,7 +69,7 @@ std::string interface_status(const InterfaceSettings& card, const LinkState& lin
     return interface_line(" Address: ", hex16(card.CardAddress)) +
            interface_line("Poll Rate: ", std::to_string(card.PollRate) + "ms") +
            interface_line("Rx/Tx Errors: ", std::to_string(link.ErrorCount)) +
-           interface_line("ZAVS Connected: ", std::to_string(link.PollTable.NumInPoll));
+           interface_line("ZAVS Connected: ", std::to_string(link.PollTable.NumInPoll()));
 }
 
 std::string memory_text(std::uint64_t available_bytes) {
@@ -85,30 +83,26 @@ std::string memory_text(std::uint64_t available_bytes) {
 void StatusView::Form_Load() {
     trapped(with_.failures, "frmViewStat/Form_Load", [&] {
         const LinkState& link = with_.run_time.Link;
-        // Asked first: a pod that does not answer is no longer selected, and its line says so.
-        screen.fraZAV.visible = link.NumSelected > 0;
-        screen.fraAdap.visible = link.InterfaceSelected == 1;
+        screen.fraZAV.visible = link.NumSelected() > 0;
+        screen.fraAdap.visible = link.InterfaceSelected;
         ask_pods();
-        screen.cmdCompare.visible = compare_ && link.NumSelected > 0;
+        screen.cmdCompare.visible = with_.compare && !answering_.empty();
         if (screen.fraZAV.visible)
-            for (int pod = 0; pod < MaxZavs; ++pod) {
-                const PodStatus& status = with_.run_time.Status[at(pod)];
-                const bool selected = link.ZavSelected[at(pod)] == 1;
-                if (selected || status.ErrorFlag == 1)
-                    screen.txtZAVStat.text += pod_status_line(pod, status, selected) + "\n";
+            for (const Pod pod : all_pods()) {
+                const PodStatus& status = with_.run_time.Status[pod];
+                if (answering_.has(pod) || status.ErrorFlag)
+                    screen.txtZAVStat.text +=
+                        pod_status_line(pod, status, answering_.has(pod)) + "\n";
             }
         if (screen.fraAdap.visible)
             screen.txtAdapStat.text = interface_status(with_.configuration.Interface, link);
-        screen.lblSysInfo.caption = memory_text(system_info_.available_memory());
+        screen.lblSysInfo.caption = memory_text(with_.system_info.available_memory());
     });
 }
 
 void StatusView::cmdCompare_Click() {
     trapped(with_.failures, "frmViewStat/cmdCompare_Click", [&] {
-        std::vector<int> pods;
-        for (int pod = 0; pod < MaxZavs; ++pod)
-            if (with_.run_time.Link.ZavSelected[at(pod)] == 1) pods.push_back(pod);
-        const std::vector<std::string> lines = compare_(pods);
+        const std::vector<std::string> lines = with_.compare(answering_);
         screen.txtHeld.text = lines.empty() ? "No differences\n" : "";
         for (const std::string& line : lines) screen.txtHeld.text += line + "\n";
         screen.fraHeld.visible = true;
@@ -116,10 +110,11 @@ void StatusView::cmdCompare_Click() {
 }
 
 void StatusView::ask_pods() {
-    with_.message_line.DispMsg(Asking, Colour::Blue);
-    operations_.while_sending([&] { discovery_.GetStatus(1); });
+    const auto asking =
+        with_.message_line.DispMsg(" Getting ZAV/Interface Status", Severity::Progress);
+    answering_ = with_.discovery.GetStatus(1, with_.run_time.Link.ZavSelected);
     // An error that came meanwhile stays on the line.
-    if (with_.screen.lblMsg.caption == Asking) with_.message_line.DispMsg("", Colour::Blue);
+    with_.message_line.take_back(asking);
 }
 
 }  // namespace kavorix

@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "link/discovery.h"
+#include "platform/controls.h"
 #include "platform/system_info.h"
-#include "ui/operations.h"
 
 namespace kavorix {
 
@@ -20,9 +20,8 @@ inline constexpr std::string_view StatusHeader =
     "ZAV         ZAV Type                            Connector             SP          FR          "
     "Software      Retries";
 
-// The line of a pod (index 0..49) under StatusHeader: what its status reply says, or that it was
-// removed.
-std::string pod_status_line(int pod, const PodStatus& status, bool selected);
+// The line of a pod under StatusHeader: what its status reply says, or that it was removed.
+std::string pod_status_line(Pod pod, const PodStatus& status, bool answers);
 
 // The interface section: lines, each ended by a line feed.
 std::string interface_status(const InterfaceSettings& card, const LinkState& link);
@@ -30,9 +29,9 @@ std::string interface_status(const InterfaceSettings& card, const LinkState& lin
 // "Memory:  8,123,456 KB Free".
 std::string memory_text(std::uint64_t available_bytes);
 
-// Every setting in which pods (indices 0..49) hold something else than is configured, a line each
+// Every setting in which pods hold something else than is configured, a line each
 // that begins with the pod's number. Only a simulated network can tell.
-using CompareHeld = std::function<std::vector<std::string>(const std::vector<int>& pods)>;
+using CompareHeld = std::function<std::vector<std::string>(const PodSet& pods)>;
 
 // Texts of a fixed pitch. A section that does not apply is not visible; with neither the window
 // shrinks to its title.
@@ -64,13 +63,17 @@ struct StatusScreen {
 
 class StatusView {
   public:
-    StatusView(const CommandLink::Surroundings& surroundings, Discovery& discovery,
-               Operations& operations, const SystemInfo& system_info, CompareHeld compare = {})
-        : with_(surroundings),
-          discovery_(discovery),
-          operations_(operations),
-          system_info_(system_info),
-          compare_(std::move(compare)) {}
+    // What it works with; all of it outlives this. Without `compare` nothing is compared.
+    struct Surroundings {
+        Discovery& discovery;
+        MessageLine& message_line;
+        FailureReporter& failures;
+        const SystemInfo& system_info;
+        const Configuration& configuration;
+        const RunTime& run_time;
+        CompareHeld compare;
+    };
+    explicit StatusView(Surroundings surroundings) : with_(std::move(surroundings)) {}
 
     StatusScreen screen;
 
@@ -84,11 +87,8 @@ class StatusView {
   private:
     void ask_pods();
 
-    CommandLink::Surroundings with_;
-    Discovery& discovery_;
-    Operations& operations_;
-    const SystemInfo& system_info_;
-    CompareHeld compare_;
+    Surroundings with_;
+    PodSet answering_;
     bool closed_ = false;
 };
 

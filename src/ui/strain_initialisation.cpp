@@ -19,7 +19,7 @@ constexpr int MostPending = 1000;
 }  // namespace
 
 StrainInitialisation::StrainInitialisation(Driver& driver, Dialogs& dialogs, RunTime& run_time,
-                                           int pod, int channel, std::int16_t card_handle)
+                                           Pod pod, int channel, std::int16_t card_handle)
     : driver_(driver),
       dialogs_(dialogs),
       run_time_(run_time),
@@ -37,8 +37,7 @@ std::optional<StrainReply> StrainInitialisation::receive_error() {
 }
 
 StrainInitialisation::Data StrainInitialisation::test() {
-    const std::int16_t result =
-        driver_.Zav_Test(static_cast<std::int16_t>(pod_ + 1), RequestStream, card_handle_);
+    const std::int16_t result = driver_.Zav_Test(pod_.number(), RequestStream, card_handle_);
     if (result == -1) return Data::Error;
     return result == 1 ? Data::Waiting : Data::None;
 }
@@ -49,8 +48,7 @@ bool StrainInitialisation::read(StrainReply& reply) {
     std::int16_t code = 0;
     std::int16_t count = 2;
     const std::int16_t status =
-        driver_.Zav_Numeric(static_cast<std::int16_t>(pod_ + 1), RequestStream, count, values,
-                            {&code, 1}, card_handle_);
+        driver_.Zav_Numeric(pod_.number(), RequestStream, count, values, {&code, 1}, card_handle_);
     reply = {values[0], values[1]};
     return status != 1 && code <= HighestValidCode && std::isfinite(values[0]) &&
            std::isfinite(values[1]);
@@ -59,7 +57,7 @@ bool StrainInitialisation::read(StrainReply& reply) {
 // Every reply that goes unread here takes its request along, so that those that follow are told
 // apart as before.
 bool StrainInitialisation::discard_pending() {
-    std::string& requests = run_time_.Link.StreamRequests[at(pod_)];
+    std::string& requests = run_time_.Link.StreamRequests[pod_];
     for (int i = 0; i < MostPending; ++i) {
         const Data data = test();
         if (data != Data::Waiting) return data == Data::None;
@@ -81,11 +79,11 @@ StrainInitialisation::Data StrainInitialisation::wait_for_reply() {
 }
 
 std::optional<StrainReply> StrainInitialisation::run() {
-    if (run_time_.Status[at(pod_)].type_code() != "7S")
+    if (run_time_.Status[pod_].type_code() != "7S")
         return warn("The ZAV connected is not of type '7S'.");
     if (!discard_pending()) return receive_error();
     const std::string command = "IN" + two_digits(channel_);
-    if (driver_.Zav_Tx(static_cast<std::int16_t>(pod_ + 1), command, card_handle_) == 1)
+    if (driver_.Zav_Tx(pod_.number(), command, card_handle_) == 1)
         return warn("Transmit Error. 'Initial volt' and 'offset' not set");
     const Data data = wait_for_reply();
     if (data == Data::None) return warn("ZAV not responding. 'Initial volt' and 'offset' not set");

@@ -20,8 +20,8 @@ struct StrainReply {
 // flow (half a second at most).
 class StrainInitialisation {
   public:
-    // `pod`: index; `channel`: number.
-    StrainInitialisation(Driver& driver, Dialogs& dialogs, RunTime& run_time, int pod, int channel,
+    // `channel`: number.
+    StrainInitialisation(Driver& driver, Dialogs& dialogs, RunTime& run_time, Pod pod, int channel,
                          std::int16_t card_handle);
 
     // The values; nothing, after a warning, when the pod is no 7S, cannot be reached or does not
@@ -41,7 +41,7 @@ class StrainInitialisation {
     Driver& driver_;
     Dialogs& dialogs_;
     RunTime& run_time_;
-    int pod_;
+    Pod pod_;
     int channel_;
     std::int16_t card_handle_;
 };

@@ -32,21 +32,21 @@ void Stream0View::load() {
     screen.cboView.entries = pod_entries(pods_, run_time_.Status);
     screen.cboView.index = -1;
     // The multi view starts with every channel of a pod for which none was chosen.
-    for (const std::int16_t pod : pods_) {
-        ChannelFlags& channels = run_time_.Status[at(pod)].ViewChannel;
-        if (channels == ChannelFlags{}) channels.fill(1);
+    for (const Pod pod : pods_) {
+        ChannelFlags& channels = run_time_.Status[pod].ViewChannel;
+        if (channels == ChannelFlags{}) channels.fill(true);
     }
-    if (!screen.cboView.select_code(run_time_.Poll.ViewedZav) && !pods_.empty()) {
+    if (!screen.cboView.select_code(run_time_.Poll.ViewedZav.index()) && !pods_.empty()) {
         screen.cboView.index = 0;
         run_time_.Poll.ViewedZav = pods_.front();
     }
-    run_time_.Poll.ViewOpen[ReadingStream] = 1;
+    run_time_.Poll.ViewOpen[ReadingStream] = true;
     rebuild();
     refresh();
 }
 
 void Stream0View::unload() {
-    run_time_.Poll.ViewOpen[ReadingStream] = 0;
+    run_time_.Poll.ViewOpen[ReadingStream] = false;
 }
 
 void Stream0View::cboView_Click(int list_index) {
@@ -75,31 +75,31 @@ void Stream0View::cmdSelChan_Click() {
     ChannelChoice choice;
     choice.prompt = "Select Channels of the Multi View:";
     for (std::size_t i = 0; i < pods_.size(); ++i) {
-        const PodStatus& status = run_time_.Status[at(pods_[i])];
+        const PodStatus& status = run_time_.Status[pods_[i]];
         choice.sets.push_back(
             {screen.cboView.entries[i].text, status.Channels, status.ViewChannel});
     }
     if (!choose_(choice)) return;
     for (std::size_t i = 0; i < pods_.size(); ++i)
-        run_time_.Status[at(pods_[i])].ViewChannel = choice.sets[i].chosen;
+        run_time_.Status[pods_[i]].ViewChannel = choice.sets[i].chosen;
     rebuild();
 }
 
 void Stream0View::reset_peaks(bool maximum) {
-    PodStatus& status = run_time_.Status[at(run_time_.Poll.ViewedZav)];
+    PodStatus& status = run_time_.Status[run_time_.Poll.ViewedZav];
     (maximum ? status.PeakMax : status.PeakMin).fill(maximum ? NoPeakMax : NoPeakMin);
-    (maximum ? status.MaxChanged : status.MinChanged).fill(0);
+    (maximum ? status.MaxChanged : status.MinChanged).fill(false);
     refresh();
 }
 
 // Every row that the view has now, in order, until `visit` returns false.
 template <class Visit>
 void Stream0View::each_row(Visit&& visit) const {
-    for (const std::int16_t pod : pods_) {
+    for (const Pod pod : pods_) {
         if (!multi_view_ && pod != run_time_.Poll.ViewedZav) continue;
-        const PodStatus& status = run_time_.Status[at(pod)];
+        const PodStatus& status = run_time_.Status[pod];
         for (int channel = 0; channel < channels_shown(status); ++channel) {
-            if (multi_view_ && status.ViewChannel[at(channel)] != 1) continue;
+            if (multi_view_ && !status.ViewChannel[at(channel)]) continue;
             if (!visit(Row{pod, static_cast<std::int16_t>(channel)})) return;
         }
     }
@@ -107,7 +107,7 @@ void Stream0View::each_row(Visit&& visit) const {
 
 void Stream0View::rebuild() {
     // Another view may have changed the pod.
-    screen.cboView.select_code(run_time_.Poll.ViewedZav);
+    screen.cboView.select_code(run_time_.Poll.ViewedZav.index());
     show_heading();
     rows_.clear();
     each_row([&](const Row& row) {
@@ -120,10 +120,10 @@ void Stream0View::rebuild() {
 }
 
 void Stream0View::show_heading() {
-    const int pod = run_time_.Poll.ViewedZav;
+    const Pod pod = run_time_.Poll.ViewedZav;
     screen.lblZAV.caption = multi_view_ ? " Multi View:" : "Viewing ZAV:";
-    screen.lblNum.caption = multi_view_ ? "ON" : two_digits(pod + 1);
-    screen.lblType1.caption = multi_view_ ? "" : type_name(run_time_.Status[at(pod)]);
+    screen.lblNum.caption = multi_view_ ? "ON" : two_digits(pod.number());
+    screen.lblType1.caption = multi_view_ ? "" : type_name(run_time_.Status[pod]);
     screen.cmdToggle.caption = multi_view_ ? "&Single View <--" : "--> &Multi View";
     screen.cmdToggle.tool_tip = multi_view_ ? "Show one pod" : "Show all selected pods";
     screen.cboView.enabled = !multi_view_;
@@ -133,11 +133,11 @@ void Stream0View::show_heading() {
 }
 
 Stream0View::Shown& Stream0View::shown(const Row& row) {
-    return shown_[at(row.pod)][at(row.channel)];
+    return shown_[row.pod][at(row.channel)];
 }
 
 Stream0View::Shown Stream0View::current(const Row& row) const {
-    const PodStatus& status = run_time_.Status[at(row.pod)];
+    const PodStatus& status = run_time_.Status[row.pod];
     const auto channel = at(row.channel);
     return {status.Reading[channel], status.PeakMin[channel], status.PeakMax[channel],
             status.ResultCode[channel], row.channel < status.usable_channels()};
@@ -176,13 +176,13 @@ void Stream0View::refresh() {
 
 GridCell Stream0View::cell(int row_index, int column) const {
     const Row& row = rows_[at(row_index)];
-    const PodStatus& status = run_time_.Status[at(row.pod)];
-    const ChannelConfig& config = configuration_.ZavConfig[at(row.pod)].Channel[at(row.channel)];
-    const Shown& shown = shown_[at(row.pod)][at(row.channel)];
+    const PodStatus& status = run_time_.Status[row.pod];
+    const ChannelConfig& config = configuration_.ZavConfig[row.pod].Channel[at(row.channel)];
+    const Shown& shown = shown_[row.pod][at(row.channel)];
     const std::int16_t decimals = decimals_of(status.type_code(), row.channel + 1);
     switch (column) {
         case ChannelColumn:
-            return {multi_view_ ? two_digits(row.pod + 1) + "   " + two_digits(row.channel + 1)
+            return {multi_view_ ? two_digits(row.pod.number()) + "   " + two_digits(row.channel + 1)
                                 : two_digits(row.channel + 1)};
         case ValueColumn:
             if (!shown.known) return {};

@@ -81,7 +81,7 @@ class Stream0View : public GridSource {
 
   private:
     struct Row {
-        std::int16_t pod = 0;
+        Pod pod;
         std::int16_t channel = 0;
         bool names(const Row& other) const { return pod == other.pod && channel == other.channel; }
     };
@@ -108,12 +108,12 @@ class Stream0View : public GridSource {
     const Configuration& configuration_;
     ChooseChannels choose_;
     bool multi_view_ = false;
-    std::vector<std::int16_t> pods_;  // pods of the list
+    std::vector<Pod> pods_;  // pods of the list
     std::vector<Row> rows_;
     ChangedRows changed_;
     std::vector<std::string> headings_;
     std::uint64_t layout_ = 0;
-    std::array<std::array<Shown, MaxChannels>, MaxZavs> shown_{};
+    PodArray<std::array<Shown, MaxChannels>> shown_;
 };
 
 }  // namespace kavorix

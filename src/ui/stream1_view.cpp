@@ -44,22 +44,19 @@ std::vector<SingleRequest> single_requests(std::string_view command_string) {
     return requests;
 }
 
-Stream1View::Stream1View(const CommandLink::Surroundings& surroundings, Operations& operations,
-                         ChooseChannels choose)
+Stream1View::Stream1View(const Surroundings& surroundings)
     : with_(surroundings),
       run_time_(surroundings.run_time),
-      operations_(operations),
-      choose_(std::move(choose)),
       tmrFollowUp_(surroundings.loop.make_timer(
           [this] { trapped(with_.failures, "frmStrm1/tmrFollowUp_Timer", [&] { follow_up(); }); })),
-      answers_(MaxZavs) {
+      answers_(std::make_unique<PodArray<Answers>>()) {
     headings_ = {screen.lblZAV.caption, screen.lblChan.caption, screen.lblData.caption,
                  screen.lblLabel.caption, screen.lblUnits.caption};
     store({});
 }
 
 void Stream1View::load() {
-    run_time_.Poll.ViewOpen[RequestStream] = 1;
+    run_time_.Poll.ViewOpen[RequestStream] = true;
     pods_ = selected_pods(run_time_.Link);
     rebuild();
     refresh();
@@ -67,7 +64,7 @@ void Stream1View::load() {
 }
 
 void Stream1View::unload() {
-    run_time_.Poll.ViewOpen[RequestStream] = 0;
+    run_time_.Poll.ViewOpen[RequestStream] = false;
     queue_.clear();
     tmrFollowUp_->stop();
 }
@@ -81,8 +78,8 @@ void Stream1View::store(std::vector<SingleRequest> requests) {
 }
 
 bool Stream1View::any_pod_selected() {
-    if (run_time_.Link.NumSelected > 0) return true;
-    with_.message_line.DispMsg(" No ZAV Selected - Command not Sent", Colour::Red);
+    if (run_time_.Link.NumSelected() > 0) return true;
+    with_.message_line.DispMsg(" No ZAV Selected - Command not Sent", Severity::Error);
     return false;
 }
 
@@ -93,11 +90,11 @@ void Stream1View::cmdSelChan_Click() {
         choice.prompt = "Select Channels to Measure:";
         choice.sets = {{"", 0, {}}};
         ChannelChoice::Set& set = choice.sets.front();
-        for (const std::int16_t pod : selected_pods(run_time_.Link))
-            set.channels = std::max<int>(set.channels, run_time_.Status[at(pod)].Channels);
+        for (const Pod pod : selected_pods(run_time_.Link))
+            set.channels = std::max<int>(set.channels, run_time_.Status[pod].Channels);
         for (const SingleRequest& request : stored_)
             if (request.channel <= set.channels) set.chosen[at(request.channel - 1)] = 1;
-        if (!choose_(choice)) return;
+        if (!with_.choose(choice)) return;
         store(requests_for(choice.sets.front().chosen));
         measure();
     });
@@ -115,9 +112,9 @@ std::vector<SingleRequest> Stream1View::requests_for(const ChannelFlags& channel
 // gauge on all of them that have it.
 bool Stream1View::initialises(int channel) const {
     bool any = false;
-    for (const std::int16_t pod : selected_pods(run_time_.Link)) {
-        if (channel >= run_time_.Status[at(pod)].Channels) continue;
-        if (!is_strain_mode(with_.configuration.ZavConfig[at(pod)].Channel[at(channel)].Mode))
+    for (const Pod pod : selected_pods(run_time_.Link)) {
+        if (channel >= run_time_.Status[pod].Channels) continue;
+        if (!is_strain_mode(with_.configuration.ZavConfig[pod].Channel[at(channel)].Mode))
             return false;
         any = true;
     }
@@ -146,9 +143,9 @@ void Stream1View::measure() {
 // Goes on with the queue once everything asked for has been answered and the link is free.
 void Stream1View::follow_up() {
     mark_pending_rows();
-    if (!queue_.empty() && !outstanding() && operations_.available(Command::Trigger)) send_next();
+    if (!queue_.empty() && !outstanding() && may_send()) send_next();
     const bool done = queue_.empty() && !outstanding();
-    if (done || run_time_.Poll.ViewOpen[RequestStream] != 1)
+    if (done || !run_time_.Poll.ViewOpen[RequestStream])
         tmrFollowUp_->stop();
     else if (!tmrFollowUp_->running())
         tmrFollowUp_->start(FollowUp_ms);
@@ -159,15 +156,18 @@ void Stream1View::send_next() {
     const std::string requests = queue_.front();
     queue_.erase(queue_.begin());
     last_progress_ms_ = with_.loop.tick_count();
-    operations_.send(requests);
+    with_.pods.send(requests);
     mark_pending_rows();
 }
 
+bool Stream1View::may_send() const {
+    const LinkState& link = run_time_.Link;
+    return link.OperationsEnabled && link.NumSelected() > 0 && link.Sending == 0;
+}
+
 bool Stream1View::outstanding() const {
-    for (std::size_t pod = 0; pod < MaxZavs; ++pod)
-        if (run_time_.Link.PollTable.InPollTable[pod] == 1 &&
-            !run_time_.Link.StreamRequests[pod].empty())
-            return true;
+    for (const Pod pod : run_time_.Link.PollTable.InPollTable)
+        if (!run_time_.Link.StreamRequests[pod].empty()) return true;
     return false;
 }
 
@@ -180,18 +180,17 @@ void Stream1View::note_sent(std::string_view command_string) {
     if (requests.empty()) return;
     store(std::move(requests));
     last_progress_ms_ = with_.loop.tick_count();
-    if (run_time_.Poll.ViewOpen[RequestStream] != 1) return;
+    if (!run_time_.Poll.ViewOpen[RequestStream]) return;
     pods_ = selected_pods(run_time_.Link);
     rebuild();
     follow_up();
 }
 
 void Stream1View::refresh() {
-    for (int pod = 0; pod < MaxZavs; ++pod)
+    for (const Pod pod : all_pods())
         for (SingleResultText& result : take_single_results(run_time_, pod)) {
-            answers_[at(pod)][at(result.channel)] = {std::move(result.text), result.error};
-            const Row row{static_cast<std::int16_t>(pod),
-                          static_cast<std::int16_t>(result.channel)};
+            (*answers_)[pod][at(result.channel)] = {std::move(result.text), result.error};
+            const Row row{pod, static_cast<std::int16_t>(result.channel)};
             const auto found = std::lower_bound(rows_.begin(), rows_.end(), row);
             if (found != rows_.end() && *found == row)
                 changed_.add(static_cast<std::size_t>(found - rows_.begin()));
@@ -201,8 +200,8 @@ void Stream1View::refresh() {
 
 void Stream1View::rebuild() {
     rows_.clear();
-    for (const std::int16_t pod : pods_)
-        for (std::int16_t channel = 0; channel < run_time_.Status[at(pod)].Channels; ++channel)
+    for (const Pod pod : pods_)
+        for (std::int16_t channel = 0; channel < run_time_.Status[pod].Channels; ++channel)
             if (!screen.chkRequested.checked || contains(stored_, channel + 1))
                 rows_.push_back({pod, channel});
     changed_.start(rows_.size());
@@ -211,25 +210,24 @@ void Stream1View::rebuild() {
 
 void Stream1View::mark_pending_rows() {
     for (std::size_t row = 0; row < rows_.size(); ++row)
-        if (run_time_.Status[at(rows_[row].pod)].SinglePending[at(rows_[row].channel)] == 1)
+        if (run_time_.Status[rows_[row].pod].SinglePending[at(rows_[row].channel)])
             changed_.add(row);
 }
 
 GridCell Stream1View::data_cell(const Row& row) const {
-    if (run_time_.Status[at(row.pod)].SinglePending[at(row.channel)] != 1)
-        return answers_[at(row.pod)][at(row.channel)];
-    if (run_time_.Link.PollTable.InPollTable[at(row.pod)] != 1) return {"No answer", true};
+    if (!run_time_.Status[row.pod].SinglePending[at(row.channel)])
+        return (*answers_)[row.pod][at(row.channel)];
+    if (!run_time_.Link.PollTable.InPollTable.has(row.pod)) return {"No answer", true};
     const auto initialised = single_requests(run_time_.Link.FirstPodInputRequests);
     return {contains(initialised, row.channel + 1) ? "Initialising..." : "Measuring..."};
 }
 
 GridCell Stream1View::cell(int row_index, int column) const {
     const Row& row = rows_[at(row_index)];
-    const ChannelConfig& config =
-        with_.configuration.ZavConfig[at(row.pod)].Channel[at(row.channel)];
+    const ChannelConfig& config = with_.configuration.ZavConfig[row.pod].Channel[at(row.channel)];
     switch (column) {
         case PodColumn:
-            return {two_digits(row.pod + 1)};
+            return {two_digits(row.pod.number())};
         case ChannelColumn:
             return {two_digits(row.channel + 1)};
         case DataColumn:

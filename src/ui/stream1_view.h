@@ -10,10 +10,9 @@
 #include <string_view>
 #include <vector>
 
-#include "link/command_link.h"
 #include "platform/controls.h"
 #include "platform/grid_source.h"
-#include "ui/operations.h"
+#include "ui/pod_commands.h"
 #include "ui/pod_rows.h"
 #include "ui/select_channels.h"
 
@@ -59,8 +58,17 @@ struct Stream1Screen {
 // A row per channel of every pod that was selected when the view was opened or last measured.
 class Stream1View : public GridSource {
   public:
-    Stream1View(const CommandLink::Surroundings& surroundings, Operations& operations,
-                ChooseChannels choose);
+    // What it works with; all of it outlives this.
+    struct Surroundings {
+        PodCommands& pods;
+        EventLoop& loop;
+        MessageLine& message_line;
+        FailureReporter& failures;
+        const Configuration& configuration;
+        RunTime& run_time;
+        ChooseChannels choose;
+    };
+    explicit Stream1View(const Surroundings& surroundings);
 
     Stream1Screen screen;
 
@@ -93,7 +101,7 @@ class Stream1View : public GridSource {
 
   private:
     struct Row {
-        std::int16_t pod = 0;
+        Pod pod;
         std::int16_t channel = 0;
         auto operator<=>(const Row&) const = default;
     };
@@ -105,23 +113,24 @@ class Stream1View : public GridSource {
     void measure();
     void send_next();
     void follow_up();
+    bool may_send() const;
     bool outstanding() const;
     void forget_outstanding();
     void rebuild();
     void mark_pending_rows();
     GridCell data_cell(const Row& row) const;
 
-    CommandLink::Surroundings with_;
+    using Answers = std::array<GridCell, MaxChannels>;
+
+    Surroundings with_;
     RunTime& run_time_;
-    Operations& operations_;
-    ChooseChannels choose_;
     std::unique_ptr<Timer> tmrFollowUp_;
     std::vector<SingleRequest> stored_;
     std::vector<std::string> queue_;      // command strings still to be sent
     std::uint32_t last_progress_ms_ = 0;  // tick count of the last request or answer
-    std::vector<std::int16_t> pods_;
-    std::vector<Row> rows_;                                   // ascending
-    std::vector<std::array<GridCell, MaxChannels>> answers_;  // per pod index
+    std::vector<Pod> pods_;
+    std::vector<Row> rows_;  // ascending
+    std::unique_ptr<PodArray<Answers>> answers_;
     std::vector<std::string> headings_;
     std::uint64_t layout_ = 0;
     ChangedRows changed_;

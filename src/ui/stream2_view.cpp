@@ -31,22 +31,21 @@ void Stream2View::load() {
     const auto pods = selected_pods(run_time_.Link);
     screen.cboView.entries = pod_entries(pods, run_time_.Status);
     screen.cboView.index = -1;
-    if (!screen.cboView.select_code(run_time_.Poll.ViewedZav) && !pods.empty())
+    if (!screen.cboView.select_code(run_time_.Poll.ViewedZav.index()) && !pods.empty())
         run_time_.Poll.ViewedZav = pods.front();
-    run_time_.Poll.ViewOpen[EventStream] = 1;
+    run_time_.Poll.ViewOpen[EventStream] = true;
     start_anew();
     tmrTimeNow_Timer();
 }
 
 void Stream2View::unload() {
-    run_time_.Poll.ViewOpen[EventStream] = 0;
+    run_time_.Poll.ViewOpen[EventStream] = false;
     tmrTimeNow_->stop();
 }
 
 void Stream2View::cboView_Click(int list_index) {
     screen.cboView.index = list_index;
-    run_time_.Poll.ViewedZav =
-        static_cast<std::int16_t>(screen.cboView.code(run_time_.Poll.ViewedZav));
+    run_time_.Poll.ViewedZav = Pod::at_index(screen.cboView.code(run_time_.Poll.ViewedZav.index()));
     start_anew();
 }
 
@@ -62,9 +61,9 @@ void Stream2View::tmrTimeNow_Timer() {
 // The viewed pod is another one, or the view has just been opened.
 void Stream2View::start_anew() {
     pod_ = run_time_.Poll.ViewedZav;
-    screen.cboView.select_code(pod_);
-    screen.lblZAVNo.caption = "ZAV: " + two_digits(pod_ + 1);
-    screen.lblZAVType.caption = "Type: " + type_name(run_time_.Status[at(pod_)]);
+    screen.cboView.select_code(pod_.index());
+    screen.lblZAVNo.caption = "ZAV: " + two_digits(pod_.number());
+    screen.lblZAVType.caption = "Type: " + type_name(run_time_.Status[pod_]);
     events_.clear();
     ++layout_;
     show_events();
@@ -75,7 +74,7 @@ void Stream2View::show_events() {
         start_anew();
         return;
     }
-    for (EventTexts& event : DisplayStream2(run_time_)) events_.push_back(std::move(event));
+    for (EventTexts& event : DisplayStream2(run_time_, pod_)) events_.push_back(std::move(event));
     if (events_.size() > MostRows) {
         events_.erase(events_.begin(), events_.end() - static_cast<std::ptrdiff_t>(KeptRows));
         ++layout_;

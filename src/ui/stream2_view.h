@@ -78,7 +78,7 @@ class Stream2View : public GridSource {
     RunTime& run_time_;
     EventLoop& loop_;
     std::unique_ptr<Timer> tmrTimeNow_;
-    std::int16_t pod_ = 0;            // whose events are shown
+    Pod pod_ = Pod::at_index(0);      // whose events are shown
     std::vector<EventTexts> events_;  // oldest first
     const std::vector<int> none_;     // an event stays as it came
     std::vector<std::string> headings_{"Date", "Time", "Chan", "Event"};

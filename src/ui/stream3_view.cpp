@@ -14,22 +14,21 @@ std::string printable_text(const PodStatus& status) {
 
 void Stream3View::load() {
     pods_ = selected_pods(run_time_.Link);
-    for (PodStatus& status : run_time_.Status) status.StreamSeen[TextStream] = 0;
-    run_time_.Poll.ViewOpen[TextStream] = 1;
+    for (PodStatus& status : run_time_.Status) status.StreamSeen[TextStream] = false;
+    run_time_.Poll.ViewOpen[TextStream] = true;
     shown_.clear();
-    for (const std::int16_t pod : pods_)
-        shown_.push_back(printable_text(run_time_.Status[at(pod)]));
+    for (const Pod pod : pods_) shown_.push_back(printable_text(run_time_.Status[pod]));
     changed_.start(pods_.size());
     ++layout_;
 }
 
 void Stream3View::unload() {
-    run_time_.Poll.ViewOpen[TextStream] = 0;
+    run_time_.Poll.ViewOpen[TextStream] = false;
 }
 
 void Stream3View::refresh() {
     for (std::size_t row = 0; row < pods_.size(); ++row) {
-        std::string text = printable_text(run_time_.Status[at(pods_[row])]);
+        std::string text = printable_text(run_time_.Status[pods_[row]]);
         if (text == shown_[row]) continue;
         shown_[row] = std::move(text);
         changed_.add(row);
@@ -37,9 +36,9 @@ void Stream3View::refresh() {
 }
 
 GridCell Stream3View::cell(int row, int column) const {
-    const std::int16_t pod = pods_[at(row)];
-    if (column == 0) return {two_digits(pod + 1)};
-    if (column == 1) return {type_name(run_time_.Status[at(pod)])};
+    const Pod pod = pods_[at(row)];
+    if (column == 0) return {two_digits(pod.number())};
+    if (column == 1) return {type_name(run_time_.Status[pod])};
     return {shown_[at(row)]};
 }
 

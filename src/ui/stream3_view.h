@@ -46,7 +46,7 @@ class Stream3View : public GridSource {
 
   private:
     RunTime& run_time_;
-    std::vector<std::int16_t> pods_;
+    std::vector<Pod> pods_;
     std::vector<std::string> shown_;  // text per row
     std::vector<std::string> headings_{"ZAV", "Type", "Data"};
     std::uint64_t layout_ = 0;

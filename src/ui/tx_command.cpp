@@ -1,7 +1,6 @@
 #include "ui/tx_command.h"
 
-#include <utility>
-
+#include "base/program_name.h"
 #include "base/text.h"
 
 namespace kavorix {
@@ -24,26 +23,16 @@ std::string CommandHistory::newer(const std::string& line) {
     return ++position_ == entries_.size() ? line_ : entries_[position_];
 }
 
-TxCommandDialog::TxCommandDialog(const CommandLink::Surroundings& surroundings,
-                                 const CommandLink& command_link, Operations& operations,
-                                 CommandHistory& history,
-                                 std::function<void(std::string_view)> sent)
-    : with_(surroundings),
-      command_link_(command_link),
-      operations_(operations),
-      history_(history),
-      sent_(std::move(sent)) {}
-
 void TxCommandDialog::txtTxCmd_Change() {
     screen.txtTxCmd.text = upper(screen.txtTxCmd.text);
 }
 
 void TxCommandDialog::history_older() {
-    screen.txtTxCmd.text = history_.older(screen.txtTxCmd.text);
+    screen.txtTxCmd.text = with_.history.older(screen.txtTxCmd.text);
 }
 
 void TxCommandDialog::history_newer() {
-    screen.txtTxCmd.text = history_.newer(screen.txtTxCmd.text);
+    screen.txtTxCmd.text = with_.history.newer(screen.txtTxCmd.text);
 }
 
 void TxCommandDialog::cmdSend_Click() {
@@ -55,16 +44,15 @@ void TxCommandDialog::cmdSend_Click() {
             return;
         }
         const std::string command_string = typed + ";";
-        if (command_link_.transmitting()) {
-            operations_.send(command_string);  // is refused; the text stays for another try
+        if (with_.command_link.transmitting()) {
+            with_.pods.send(command_string);  // is refused; the text stays for another try
             return;
         }
-        history_.add(typed);
+        with_.history.add(typed);
         screen.txtTxCmd.text.clear();
         screen.cmdSend.enabled = false;
-        operations_.send(command_string);
-        operations_.mark_triggered();
-        sent_(command_string);
+        with_.pods.send_and_await(command_string);
+        with_.sent(command_string);
         screen.cmdSend.enabled = true;
     });
 }

@@ -6,9 +6,10 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "platform/controls.h"
-#include "ui/operations.h"
+#include "ui/pod_commands.h"
 
 namespace kavorix {
 
@@ -50,10 +51,16 @@ struct TxCommandScreen {
 
 class TxCommandDialog {
   public:
-    // `sent` is told every command string that went out. All of it outlives the dialog.
-    TxCommandDialog(const CommandLink::Surroundings& surroundings, const CommandLink& command_link,
-                    Operations& operations, CommandHistory& history,
-                    std::function<void(std::string_view)> sent);
+    // What it works with; all of it outlives the dialog.
+    struct Surroundings {
+        PodCommands& pods;
+        const CommandLink& command_link;
+        CommandHistory& history;
+        Dialogs& dialogs;
+        FailureReporter& failures;
+        std::function<void(std::string_view)> sent;  // told every command string that went out
+    };
+    explicit TxCommandDialog(Surroundings surroundings) : with_(std::move(surroundings)) {}
 
     TxCommandScreen screen;
 
@@ -66,11 +73,7 @@ class TxCommandDialog {
     bool closed() const { return closed_; }
 
   private:
-    CommandLink::Surroundings with_;
-    const CommandLink& command_link_;
-    Operations& operations_;
-    CommandHistory& history_;
-    std::function<void(std::string_view)> sent_;
+    Surroundings with_;
     bool closed_ = false;
 };
 

@@ -16,67 +16,44 @@ void PrintTo(const SingleResultText& result, std::ostream* out) {
 
 namespace {
 
-EventEntry event(int month, int day, int hour, int minute, int second, int ms, int channel,
-                 int state, int level) {
-    EventEntry entry;
-    const auto set = [](std::int16_t& field, int value) {
-        field = static_cast<std::int16_t>(value);
-    };
-    set(entry.EvMonth, month);
-    set(entry.EvDay, day);
-    set(entry.EvHour, hour);
-    set(entry.EvMinute, minute);
-    set(entry.EvSecond, second);
-    set(entry.EvMillisecond, ms);
-    set(entry.EvChannel, channel);
-    set(entry.EvState, state);
-    set(entry.EvLevel, level);
-    return entry;
-}
-
+// Fields in the order of EventEntry: channel, day, hour, minute, month, ms, second, state, level.
 TEST(EventTexts, SayWhenWhereAndWhat) {
-    EXPECT_EQ(event_texts(event(1, 5, 8, 0, 2, 7, 19, 1, 0)),
-              (EventTexts{"5 Jan", "08:00:02:007", "19", "Lo to Hi"}));
-    EXPECT_EQ(event_texts(event(12, 31, 23, 59, 59, 999, 1, 0, 0)),
-              (EventTexts{"31 Dec", "23:59:59:999", "1", "Hi to Lo"}));
-    EXPECT_EQ(event_texts(event(2, 1, 0, 0, 0, 0, 2, 1, 1)).event, "High");
-    EXPECT_EQ(event_texts(event(2, 1, 0, 0, 0, 0, 2, 0, 1)).event, "Low");
-    // Fields that are no valid BCD are shown as they are.
-    EXPECT_EQ(event_texts(event(25, 165, 165, 99, 165, 1650, 31, 0, 0)),
-              (EventTexts{"165 ", "165:99:165:1650", "31", "Hi to Lo"}));
+    const std::pair<EventEntry, EventTexts> rows[] = {
+        {{19, 5, 8, 0, 1, 7, 2, 1, 0}, {"5 Jan", "08:00:02:007", "19", "Lo to Hi"}},
+        {{1, 31, 23, 59, 12, 999, 59, 0, 0}, {"31 Dec", "23:59:59:999", "1", "Hi to Lo"}},
+        {{2, 1, 0, 0, 2, 0, 0, 1, 1}, {"1 Feb", "00:00:00:000", "2", "High"}},
+        {{2, 1, 0, 0, 2, 10, 0, 0, 1}, {"1 Feb", "00:00:00:010", "2", "Low"}},
+        // Fields that are no valid BCD are shown as they are.
+        {{31, 165, 165, 99, 25, 1650, 165, 0, 0}, {"165 ", "165:99:165:1650", "31", "Hi to Lo"}},
+    };
+    for (const auto& [event, texts] : rows) EXPECT_EQ(event_texts(event), texts);
 }
 
-TEST(DisplayStream2, ShowsTheEventsOfTheViewedPodAndCountsThemAsSeen) {
+TEST(DisplayStream2, ShowsTheLastEventsOfThePodAndCountsThemAsSeen) {
     RunTime run_time;
-    run_time.Poll.ViewedZav = 8;
-    run_time.Poll.Events[8][0] = event(1, 5, 8, 0, 0, 0, 19, 1, 0);
-    run_time.Poll.Events[8][1] = event(1, 5, 8, 0, 1, 0, 20, 1, 1);
-    run_time.Poll.Events[8][2] = event(1, 5, 8, 0, 2, 0, 1, 1, 1);  // of an earlier read
-    run_time.Poll.LastEvent[8] = 1;
-    run_time.Status[8].StreamSeen.fill(1);
-    EXPECT_EQ(DisplayStream2(run_time),
-              (std::vector<EventTexts>{{"5 Jan", "08:00:00:000", "19", "Lo to Hi"},
-                                       {"5 Jan", "08:00:01:000", "20", "High"}}));
-    EXPECT_EQ(run_time.Status[8].StreamSeen, (std::array<std::int16_t, 4>{1, 1, 0, 1}));
-    run_time.Poll.ViewedZav = 9;
-    EXPECT_EQ(DisplayStream2(run_time), std::vector<EventTexts>{});
+    const Pod fifty = Pod::numbered(50);
+    const EventEntry events[] = {{19, 5, 8, 0, 1, 0, 0, 1, 0}, {20, 5, 8, 0, 1, 0, 1, 1, 1}};
+    std::copy(std::begin(events), std::end(events), run_time.Poll.Events[fifty].begin());
+    run_time.Poll.LastEvent[fifty] = 1;  // what stands behind it is of an earlier read
+    run_time.Status[fifty].StreamSeen.fill(true);
+    EXPECT_EQ(DisplayStream2(run_time, fifty),
+              (std::vector{event_texts(events[0]), event_texts(events[1])}));
+    EXPECT_EQ(run_time.Status[fifty].StreamSeen, (StreamFlags{true, true, false, true}));
+    EXPECT_EQ(DisplayStream2(run_time, Pod::numbered(1)), std::vector<EventTexts>{});
 }
 
-class SingleResults : public testing::Test {
-  protected:
-    SingleResults() { std::copy_n("7V", 2, status_.Ident.begin()); }
-
-    void arrived(int channel, float first, float second, int code) {
-        const auto c = at(channel - 1);
-        status_.SingleReading[c] = first;
-        status_.SingleReading2[c] = second;
-        status_.SingleResultCode[c] = static_cast<std::int16_t>(code);
-        status_.SingleNew[c] = 1;
+struct SingleResults : testing::Test {
+    SingleResults() { std::copy_n("7V", 2, status.Ident.begin()); }
+    void arrived(std::size_t channel, float first, float second, std::int16_t code) {
+        status.SingleReading[channel - 1] = first;
+        status.SingleReading2[channel - 1] = second;
+        status.SingleResultCode[channel - 1] = code;
+        status.SingleNew[channel - 1] = true;
     }
-
-    RunTime run_time_;
-    PodStatus& status_ = run_time_.Status[2];
-    std::string& kinds_ = run_time_.Poll.RequestKinds[2];
+    const Pod pod = Pod::numbered(50);
+    RunTime run_time;
+    PodStatus& status = run_time.Status[pod];
+    std::string& kinds = run_time.Link.RequestKinds[pod];
 };
 
 TEST_F(SingleResults, HaveTheirTextsByRequestAndCode) {
@@ -85,26 +62,26 @@ TEST_F(SingleResults, HaveTheirTextsByRequestAndCode) {
     arrived(7, 1, 2, 129);
     arrived(8, 1, 2, 136);
     arrived(19, 3, 9, 0);
-    kinds_ = "01000";
-    EXPECT_EQ(take_single_results(run_time_, 2),
+    kinds = "01000";
+    EXPECT_EQ(take_single_results(run_time, pod),
               (std::vector<SingleResultText>{{0, "2.500000", false},
                                              {4, "Offset=0.500000 Initial Volt=0.250000", false},
                                              {6, "Overload", true},
                                              {7, "Unknown error number: 8", true},
                                              {18, "3", false}}));
-    EXPECT_EQ(kinds_, "");
+    EXPECT_EQ(kinds, "");
 }
 
 TEST_F(SingleResults, AreTakenOnceAndNotWhilePending) {
     arrived(1, 2.5F, 0, 0);
     arrived(2, 2.5F, 0, 0);
-    status_.SinglePending[1] = 1;
-    kinds_ = "00";
-    EXPECT_EQ(take_single_results(run_time_, 2).size(), 1u);
-    EXPECT_EQ(take_single_results(run_time_, 2).size(), 0u);
-    EXPECT_EQ(kinds_, "0");
-    status_.SinglePending[1] = 0;
-    EXPECT_EQ(take_single_results(run_time_, 2).size(), 1u);
+    status.SinglePending[1] = true;
+    kinds = "00";
+    EXPECT_EQ(take_single_results(run_time, pod).size(), 1u);
+    EXPECT_EQ(take_single_results(run_time, pod).size(), 0u);
+    EXPECT_EQ(kinds, "0");
+    status.SinglePending[1] = false;
+    EXPECT_EQ(take_single_results(run_time, pod).size(), 1u);
 }
 
 }  // namespace

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "app/station.h"
+#include "app/desk.h"
 #include "base/text.h"
 #include "logging/csv_dialog.h"
 #include "logging/log_setup.h"
@@ -33,13 +33,14 @@ class Operator : public Windows, public PodSetupWindows {
     Lines opened;
 
     void show_about(const AboutBox&) override { opened.emplace_back("frmAbout"); }
-    void show_stream0() override { opened.emplace_back("frmStrm0"); }
+    void show_stream0(Stream0View&) override { opened.emplace_back("frmStrm0"); }
     void show_stream1(Stream1View&) override { opened.emplace_back("frmStrm1"); }
     void show_stream2(Stream2View&) override { opened.emplace_back("frmStrm2"); }
     void show_stream3(Stream3View&) override { opened.emplace_back("frmStrm3"); }
     void show_guide(std::string_view page) override {
         opened.push_back("guide: " + std::string(page));
     }
+    void close_graph() override {}
     void show_graph() override { opened.emplace_back("frmGraph"); }
 
     void show_status(StatusView& view) override {
@@ -123,31 +124,30 @@ class Operator : public Windows, public PodSetupWindows {
 };
 
 // A station with a digital pod at 3, which is selected, and a universal one at 8.
-class Desk {
+class Scene {
   public:
-    Desk() {
+    Scene() {
         driver.cards[Card] = 0;
         driver.add_pod(3, "8RCA 0F 1.00");
         driver.add_pod(8, "7VJA 0F 1.00");
-        station.set_up_pods_in(operating);
-        station.graph.page.set_printing({[this] { operating.opened.emplace_back("printer"); }, {}});
+        desk.graph.page.set_printing({[this] { operating.opened.emplace_back("printer"); }, {}});
         station.start();
-        station.operations.img_ZAV_Click(2);
+        desk.main_window.img_ZAV_Click(Pod::numbered(3));
         initial_ = station.configuration.ZavConfig;
     }
 
     // What happens counts from here on.
     void forget() {
-        station.screen.lblMsg.caption.clear();
+        station.run_time.Reports.Message.Text.clear();
         dialogs.take_boxes();
         dialogs.requests.clear();
         operating.opened.clear();
         driver.calls.clear();
     }
     void run(Command command) {
-        EXPECT_TRUE(station.operations.available(command));
+        EXPECT_TRUE(desk.main_window.available(command));
         try {
-            station.operations.run(command);
+            desk.main_window.run(command);
         } catch (const ProgramEnded&) {
             operating.opened.emplace_back("end");
         }
@@ -172,25 +172,25 @@ class Desk {
     MemoryFiles files;
     NoMemory memory;
     Operator operating{dialogs};
-    Station station{{driver, loop, dialogs, files, operating, {"/station", true}, memory}};
+    Station station{{driver, loop, dialogs, files, {"/station", true}}};
+    Desk desk{{station, operating, operating, memory, {}}};
 
   private:
     PodConfigs initial_;
 };
 
-std::string numbers_of(const PodFlags& flags) {
+std::string numbers_of(const PodSet& pods) {
     std::string text;
-    for (int pod = 0; pod < MaxZavs; ++pod)
-        if (flags[at(pod)] == 1) text += ' ' + two_digits(pod + 1);
+    for (const Pod pod : pods) text += ' ' + two_digits(pod.number());
     return text;
 }
 
-Lines Desk::state() const {
+Lines Scene::state() const {
     const RunTime& now = station.run_time;
     const Configuration& config = station.configuration;
-    const MainScreen& screen = station.screen;
+    const MainScreen screen = desk.main_window.screen();
     Lines lines = {
-        "message:" + screen.lblMsg.caption,
+        "message:" + now.Reports.Message.Text,
         "error panel: " + screen.pnlErr.caption,
         "selected:" + numbers_of(now.Link.ZavSelected),
         "polled:" + numbers_of(now.Link.PollTable.InPollTable),
@@ -208,14 +208,13 @@ Lines Desk::state() const {
         "graph shown: " + std::to_string(now.Graph.TrendRunning),
         "auto clear: " + std::to_string(now.Poll.Stream3AutoClear),
         "expanded: " + std::to_string(screen.expanded),
-        "reminder: " + std::to_string(screen.mnuTransmitRem.checked),
+        "reminder: " + std::to_string(now.Options.TransmitReminder),
         "files:",
         "configured:",
     };
     for (const std::string& path : files.paths()) lines[lines.size() - 2] += ' ' + path;
-    PodFlags configured{};
-    for (std::size_t pod = 0; pod < MaxZavs; ++pod)
-        configured[pod] = config.ZavConfig[pod] == initial_[pod] ? 0 : 1;
+    PodSet configured;
+    for (const Pod pod : all_pods()) configured.set(pod, config.ZavConfig[pod] != initial_[pod]);
     lines.back() += numbers_of(configured);
     return lines;
 }
@@ -228,62 +227,62 @@ Lines changes(const Lines& before, const Lines& after) {
     return lines;
 }
 
-using Step = void (*)(Desk&);
+using Step = void (*)(Scene&);
 
-void nothing(Desk&) {}
-void ok(Desk& desk) {
-    desk.dialogs.answer(Answer::Ok);
+void nothing(Scene&) {}
+void ok(Scene& scene) {
+    scene.dialogs.answer(Answer::Ok);
 }
-void cancel(Desk& desk) {
-    desk.dialogs.answer(Answer::Cancel);
+void cancel(Scene& scene) {
+    scene.dialogs.answer(Answer::Cancel);
 }
-void no_file(Desk& desk) {
-    desk.dialogs.choose(std::nullopt);
+void no_file(Scene& scene) {
+    scene.dialogs.choose(std::nullopt);
 }
-void cfg_file(Desk& desk) {
-    desk.dialogs.choose("/station/a.CFG");
+void cfg_file(Scene& scene) {
+    scene.dialogs.choose("/station/a.CFG");
 }
-void no_then_ok(Desk& desk) {
-    desk.dialogs.answer(Answer::No);
-    ok(desk);
+void no_then_ok(Scene& scene) {
+    scene.dialogs.answer(Answer::No);
+    ok(scene);
 }
-void configured(Desk& desk) {
-    desk.station.configuration.ZavConfig[2].Setup = 1;
+void configured(Scene& scene) {
+    scene.station.configuration.ZavConfig[2].Setup = 1;
 }
-void unsaved(Desk& desk) {
-    desk.station.configuration.ConfigChanged = 1;
+void unsaved(Scene& scene) {
+    scene.station.configuration.ConfigChanged = 1;
 }
-void saved(Desk& desk) {
-    configured(desk);
-    cfg_file(desk);
-    desk.run(Command::SaveAs);
-    desk.station.configuration.ZavConfig[2].Setup = 0;
+void saved(Scene& scene) {
+    configured(scene);
+    cfg_file(scene);
+    scene.run(Command::SaveAs);
+    scene.station.configuration.ZavConfig[2].Setup = 0;
 }
-void pod_failed(Desk& desk) {
-    desk.driver.pod(8).tx_status = 1;
-    desk.station.operations.img_ZAV_Click(7);
-    desk.run(Command::Trigger);
+void pod_failed(Scene& scene) {
+    scene.driver.pod(8).tx_status = 1;
+    scene.desk.main_window.img_ZAV_Click(Pod::numbered(8));
+    scene.run(Command::Trigger);
 }
-void logs_set_up(Desk& desk) {
-    desk.station.run_time.Log.ScanFileName = "/logs/scans.DAT";
-    desk.station.run_time.Log.EventFileName = "/logs/events.DAT";
-    desk.station.run_time.Status[2].LogScan = 1;
-    desk.station.run_time.Status[2].LogEvents = 1;
+void logs_set_up(Scene& scene) {
+    scene.station.run_time.Log.ScanFileName = "/logs/scans.DAT";
+    scene.station.run_time.Log.EventFileName = "/logs/events.DAT";
+    scene.station.run_time.Status[2].LogScan = true;
+    scene.station.run_time.Status[2].LogEvents = true;
 }
-void logging(Desk& desk) {
-    logs_set_up(desk);
-    desk.run(Command::StartBothLogs);
+void logging(Scene& scene) {
+    logs_set_up(scene);
+    scene.run(Command::StartBothLogs);
 }
-void logged(Desk& desk) {
-    logging(desk);
-    desk.run(Command::StopBothLogs);
+void logged(Scene& scene) {
+    logging(scene);
+    scene.run(Command::StopBothLogs);
 }
-void graph_set_up(Desk& desk) {
-    desk.station.run_time.Graph.TrendSelected[2][0] = 1;
-    desk.station.run_time.Graph.GraphsSetUp = 1;
+void graph_set_up(Scene& scene) {
+    scene.station.run_time.Graph.TrendSelected[2][0] = true;
+    scene.station.run_time.Graph.GraphsSetUp = true;
 }
-void expanded(Desk& desk) {
-    desk.run(Command::ExpandScreen);
+void expanded(Scene& scene) {
+    scene.run(Command::ExpandScreen);
 }
 
 struct Case {
@@ -406,14 +405,14 @@ TEST(EveryCommand, StandsInTheTable) {
 TEST(EveryCommand, DoesWhatItSays) {
     for (const Case& each : Cases) {
         SCOPED_TRACE(static_cast<int>(each.command));
-        Desk desk;
-        each.prepare(desk);
-        desk.forget();
-        const Lines before = desk.state();
-        each.accept(desk);
-        desk.run(each.command);
-        Lines happened = desk.seen();
-        const Lines changed = changes(before, desk.state());
+        Scene scene;
+        each.prepare(scene);
+        scene.forget();
+        const Lines before = scene.state();
+        each.accept(scene);
+        scene.run(each.command);
+        Lines happened = scene.seen();
+        const Lines changed = changes(before, scene.state());
         happened.insert(happened.end(), changed.begin(), changed.end());
         if (each.command == Command::TransmitConfig) {
             EXPECT_EQ(happened.size(), 61U);  // a scan period, and three statements a channel
@@ -427,17 +426,17 @@ TEST(EveryCommand, LeavesNoTraceWhenTheOperatorBacksOut) {
     for (const Case& each : Cases) {
         if (!each.back_out) continue;
         SCOPED_TRACE(static_cast<int>(each.command));
-        Desk desk;
-        each.prepare(desk);
-        desk.forget();
-        const Lines before = desk.state();
-        desk.operating.accepts = false;
-        each.back_out(desk);
-        desk.run(each.command);
-        EXPECT_EQ(desk.seen().front(),
+        Scene scene;
+        each.prepare(scene);
+        scene.forget();
+        const Lines before = scene.state();
+        scene.operating.accepts = false;
+        each.back_out(scene);
+        scene.run(each.command);
+        EXPECT_EQ(scene.seen().front(),
                   each.happens.front() == "end" ? each.happens[1] : each.happens.front());
-        EXPECT_EQ(desk.driver.recorded("Tx"), Lines{});
-        EXPECT_EQ(changes(before, desk.state()), Lines{});
+        EXPECT_EQ(scene.driver.recorded("Tx"), Lines{});
+        EXPECT_EQ(changes(before, scene.state()), Lines{});
     }
 }
 

@@ -21,18 +21,20 @@ TEST(ReadingLine, ListsMeasuredChannels) {
     status.ChannelCount = 4;
     status.Reading = {0.52F, 3.0F, 0.0F, 1e-8F};
     status.ResultCode = {0, 129, 255, 128};
-    EXPECT_EQ(reading_line(Afternoon, 6, status), "13:45:02.500 07 7V 1=0.52 2=ErrOvrld 4=1E-08");
+    EXPECT_EQ(reading_line(Afternoon, Pod::at_index(6), status),
+              "13:45:02.500 07 7V 1=0.52 2=ErrOvrld 4=1E-08");
 }
 
 TEST(ReadingLine, NumbersErrorsWithoutAName) {
     PodStatus status = seventh_of_type_v();
     status.ChannelCount = 1;
     status.ResultCode[0] = 136;
-    EXPECT_EQ(reading_line(Afternoon, 0, status), "13:45:02.500 01 7V 1=Err8");
+    EXPECT_EQ(reading_line(Afternoon, Pod::at_index(0), status), "13:45:02.500 01 7V 1=Err8");
 }
 
 TEST(ReadingLine, MarksAPodWithoutReadings) {
-    EXPECT_EQ(reading_line(Afternoon, 0, seventh_of_type_v()), "13:45:02.500 01 7V -");
+    EXPECT_EQ(reading_line(Afternoon, Pod::at_index(0), seventh_of_type_v()),
+              "13:45:02.500 01 7V -");
 }
 
 }  // namespace kavorix::test

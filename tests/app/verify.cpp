@@ -5,7 +5,6 @@
 #include <bit>
 #include <cmath>
 #include <functional>
-#include <numeric>
 #include <sstream>
 
 #include "app/terminal.h"
@@ -24,18 +23,19 @@ using Lines = std::vector<std::string>;
 class VerifyBench {
   public:
     explicit VerifyBench(const std::vector<std::int16_t>& types)
-        : pods_(types.size()), station_(options(network_file(types)), loop_, messages_, false) {
+        : station_(options(network_file(types)), loop_, messages_, false) {
         EXPECT_TRUE(station_.start()) << messages_.str();
-        std::iota(pods_.begin(), pods_.end(), 0);
         for (std::size_t i = 0; i < types.size(); ++i)
             default_ZAV_config(config(static_cast<int>(i)), types[i], 1);
+        for (std::size_t i = 0; i < types.size(); ++i)
+            pods_.add(Pod::at_index(static_cast<int>(i)));
     }
 
     PodConfig& config(int pod) { return station_.station.configuration.ZavConfig[at(pod)]; }
 
     void transmit() {
         station_.station.select_pods(pods_);
-        station_.station.transmission.transmit_config();
+        station_.station.transmission.transmit_config(pods_);
     }
 
     Lines verify() {
@@ -63,7 +63,7 @@ class VerifyBench {
     TerminalRun run_;
     VirtualEventLoop loop_;
     std::ostringstream messages_;
-    std::vector<int> pods_;
+    PodSet pods_;
     TerminalStation station_;
 };
 
@@ -259,7 +259,7 @@ TEST(Verify, PodsOutsideTheNetwork) {
     VerifyBench bench({Type7V});
     PodConfigs configs;
     default_ZAV_config(configs[5], Type8R, 1);
-    const std::vector<int> pods = {4, 5};
+    const PodSet pods = {Pod::numbered(5), Pod::numbered(6)};
     EXPECT_EQ(verify_pods(configs, bench.network(), pods),
               Lines{"ZAV 06 is not in the simulated network"});
 }

@@ -2,21 +2,25 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <memory>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "config/config_writer.h"
+#include "support/memory_files.h"
 
 namespace kavorix {
 namespace {
 
 using Lines = std::vector<std::string>;
+using PairOfNumbers = std::pair<std::int16_t, std::int16_t>;
 
 const std::string Header = "KAVORIX ZAV CONFIGURATION FILE CREATED: 2026-03-01 12:30:00";
 
-// Card 0 at C800; pods 1..8 of the types with their number, 9 a 7V without capability letters,
-// number 10 without a pod.
+// Card 0 at C800; pods 1 to 8 of one type each, 9 a 7V that takes neither scan period nor
+// integration time, 50 an 8S.
 Connected station() {
     Connected connected{0, -14336, {}};
     connected.Ident.fill("NC          ");
@@ -24,6 +28,7 @@ Connected station() {
     for (std::size_t pod = 0; pod < 8; ++pod)
         connected.Ident[pod] = std::string(codes[pod]) + "JA 0F 1.00";
     connected.Ident[8] = "7VJB 0X 1.00";
+    connected.Ident[49] = "8SJA 0F 1.00";
     return connected;
 }
 
@@ -44,44 +49,8 @@ Loaded load_text(const std::string& text) {
     return loaded;
 }
 
-Loaded load(const Lines& lines) {
-    std::string text = Header + "\r\n";
-    for (const std::string& line : lines) text += line + "\r\n";
-    return load_text(text);
-}
-
-struct MessageCase {
-    Lines lines;
-    Lines messages;  // the header is line 1
-};
-
-void expect_messages(const std::vector<MessageCase>& cases) {
-    for (const MessageCase& c : cases) {
-        const Loaded loaded = load(c.lines);
-        EXPECT_EQ(loaded.messages, c.messages) << testing::PrintToString(c.lines);
-        EXPECT_EQ(loaded.outcome, c.messages.empty() ? LoadOutcome::Loaded : LoadOutcome::Errors)
-            << testing::PrintToString(c.lines);
-    }
-}
-
-struct EffectCase {
-    Lines lines;
-    std::function<bool(const PodConfig&)> holds;  // of the last "IM" statement's pod
-};
-
-// Every line but the first, "IM", is looked at for its effect on that pod.
-void expect_effects(const std::vector<EffectCase>& cases) {
-    for (const EffectCase& c : cases) {
-        const Loaded loaded = load(c.lines);
-        EXPECT_EQ(loaded.messages, Lines{}) << testing::PrintToString(c.lines);
-        const std::size_t pod = static_cast<std::size_t>(std::stoi(c.lines[0].substr(2, 2)) - 1);
-        EXPECT_TRUE(c.holds(loaded.configuration->ZavConfig[pod]))
-            << testing::PrintToString(c.lines);
-    }
-}
-
 TEST(Header, DecidesWhetherAnythingHappens) {
-    const std::vector<std::pair<std::string, bool>> cases = {
+    const std::pair<std::string, bool> cases[] = {
         {Header + "\r\n", true},
         {"kavorix zav configuration file\r\n", true},
         {"  KAVORIX ZAV Configuration File and more", true},
@@ -97,503 +66,366 @@ TEST(Header, DecidesWhetherAnythingHappens) {
             << text;
 }
 
-TEST(Header, WithoutItNothingChanges) {
-    const auto owner = std::make_unique<Configuration>();
-    Configuration& configuration = *owner;
-    default_ZAV_config(configuration.ZavConfig[3], Type7V, 1);
-    configuration.ZavConfigCopy[5].TypeCode = 5;
-    const PodConfigs before = configuration.ZavConfig;
-    const PodConfigs copy_before = configuration.ZavConfigCopy;
-    EXPECT_EQ(load_configuration("UR500;\r\n", station(), configuration,
-                                 [](const LoadMessage&) { return true; }),
-              LoadOutcome::NoHeader);
-    EXPECT_TRUE(configuration.ZavConfig == before);
-    EXPECT_TRUE(configuration.ZavConfigCopy == copy_before);
-    EXPECT_EQ(configuration.Interface.PollRate, 1000);
+// A file of another kind is not read to its end, of whatever size; one with the header is.
+TEST(Header, IsLookedForBeforeTheRestIsRead) {
+    test::MemoryFiles files;
+    const std::string rest(200000, 'x');
+    for (const std::string& start : {std::string("no header\r\n"), std::string(40, 'x'),
+                                     Header + "\r\n", " " + Header + "\n"}) {
+        files.put("a.cfg", start + rest);
+        const std::string content = read_config_file(files, "a.cfg");
+        EXPECT_EQ(content == start + rest, start.find("KAVORIX") != std::string::npos) << start;
+    }
 }
 
 TEST(LineEnds, AllKinds) {
-    for (const char* end : {"\r\n", "\n", "\r"}) {
-        std::string text = Header;
-        for (const char* line : {"  IM07;7V;20; ", "SE;", "UR500;"})
-            text += end + std::string(line);
-        for (const std::string& last : {std::string(), std::string(end)}) {
-            const Loaded loaded = load_text(text + last);
+    for (const std::string end : {"\r\n", "\n", "\r"})
+        for (const std::string& last : {std::string(), end}) {
+            const Loaded loaded =
+                load_text(Header + end + "  IM07;7V;20; " + end + "SE;" + end + "UR500;" + last);
             EXPECT_EQ(loaded.messages, Lines{});
             EXPECT_EQ(loaded.configuration->ZavConfig[6].Setup, 1);
             EXPECT_EQ(loaded.configuration->Interface.PollRate, 500);
         }
-    }
-}
-
-TEST(LineEnds, MixedOnesKeepTheLineNumbers) {
     EXPECT_EQ(
         load_text(Header + "\rXX\n\nYY\r\r\nZZ").messages,
         (Lines{"2: Unknown command of XX", "3: Unknown command of ", "4: Unknown command of YY",
                "5: Unknown command of ", "6: Unknown command of ZZ"}));
 }
 
-TEST(Statements, CardAndSettings) {
-    expect_messages({
-        {{"AD0;-14336;"}, {}},
-        {{"AD1;-14336;"}, {"2: The card handle does not match the handle currently in use (0)."}},
-        {{"AD0;-14080;"},
-         {"2: The card address does not match the address currently in use(C800)."}},
-        {{"AD1;-14080;"},
-         {"2: The card handle does not match the handle currently in use (0).",
-          "2: The card address does not match the address currently in use(C800)."}},
-        {{"ADx;what;"},
-         {"2: Non-numeric Interface card handle x", "2: Non-numeric Interface card address what"}},
-        {{"AD0;1;"}, {"2: Interface card address missing"}},
-        {{"AD"}, {"2: Non-numeric Interface card handle ", "2: Interface card address missing"}},
-        {{"AD0;51200;"},
-         {"2: The card address does not match the address currently in use(C800)."}},
-        {{"UR2500;"}, {"2: Invalid Poll Rate of: 2500"}},
-        {{"URfast;"}, {"2: Non-Numeric Poll Rate: fast"}},
-        {{"UR;"}, {"2: Non-Numeric Poll Rate: "}},
-        {{"UR"}, {"2: Non-Numeric Poll Rate: "}},
-        {{"UR1E300;"}, {"2: Invalid Poll Rate of: 1E300"}},
-        {{"UR10000;", "UR 1,000 ;", "UR99.6;"}, {}},
-        {{"POx;"}, {"2: Non-Numeric Power On Setting: x"}},
-        {{"PO2;"}, {"2: Invalid Power On of: 2"}},
-        {{"PO1;"}, {}},
-    });
-}
+// A file line by line: behind "<-" what is told of the line, several texts with "&" between them;
+// "$" stands for the line itself. Of lines without it, several in a row with "/" between them,
+// nothing is told.
+const char* const File = R"(
+SE;
+KA;                                    <- Calibration not valid for  ZAV
+CH01MO100;                             <- Channel number exceeds maximum 01
+AD0;-14336;
+AD1;-14336;                            <- The card handle does not match the handle currently in use (0).
+AD0;-14080;                            <- The card address does not match the address currently in use(C800).
+AD1;-14080;                            <- The card handle does not match the handle currently in use (0). & The card address does not match the address currently in use(C800).
+ADx;what;                              <- Non-numeric Interface card handle x & Non-numeric Interface card address what
+AD0;1;                                 <- Interface card address missing
+AD                                     <- Non-numeric Interface card handle  & Interface card address missing
+AD0;51200;                             <- The card address does not match the address currently in use(C800).
+UR10000; / UR 1,000 ; / UR99.6;
+UR2500;                                <- Invalid Poll Rate of: 2500
+URfast;                                <- Non-Numeric Poll Rate: fast
+UR;                                    <- Non-Numeric Poll Rate: 
+UR                                     <- Non-Numeric Poll Rate: 
+UR1E300;                               <- Invalid Poll Rate of: 1E300
+PO1;
+POx;                                   <- Non-Numeric Power On Setting: x
+PO2;                                   <- Invalid Power On of: 2
+XX;                                    <- Unknown command of XX
+                                       <- Unknown command of 
+se;                                    <- Unknown command of se
+IM                                     <- Non-numeric ZAV number 
+IMxx;7V;20;                            <- Non-numeric ZAV number xx
+IM00;7V;20;                            <- Invalid ZAV number of 00
+IM51;7V;20;                            <- Invalid ZAV number of 51
+IM-1;7V;20;                            <- Invalid ZAV number of -1
+IM10;7V;20;                            <- Configuration for ZAV number 10 has been found although an ZAV is not Connected.
+IM01;7V;20;                            <- ZAV Types differ for ZAV number 1 Connected ZAV is 7R
+IM01;7v;20;                            <- ZAV Types differ for ZAV number 1 Connected ZAV is 7R & Unknown ZAV type 7v
+IM10;XX;20;                            <- Configuration for ZAV number 10 has been found although an ZAV is not Connected. & Unknown ZAV type XX
+IM07;7V;xx;                            <- Non-numeric number of channels xx
+IM07;7V;                               <- Non-numeric number of channels 
+IM07;7V;34;                            <- Invalid number of channels 34
+IM07;7V;-1;                            <- Invalid number of channels -1
+IM07;7V;33; / IM01;7R;20; / IM07;7V;20;
+IM77;8S;32;                            <- Invalid ZAV number of 77
+HW1;                                   <- Hardware watchdog not valid for 8S ZAV
+AM; / IM04;7U;20;
+KA;                                    <- Calibration not valid for 7U ZAV
+FR0;                                   <- Integration time not valid for 7U ZAV
+UN1;                                   <- Temperature units not valid for 7U ZAV
+AM;                                    <- Ambient temperature not valid for 7U ZAV
+TE20;                                  <- External temperature not valid for 7U ZAV
+TC1;                                   <- TC open not valid for 7U ZAV
+HW0;                                   <- Hardware watchdog not valid for 7U ZAV
+SW0;                                   <- Software watchdog not valid for 7U ZAV
+IM02;7S;10; / KA; / FR0; / UN1;
+AM;                                    <- Ambient temperature not valid for 7S ZAV
+CH01MO104;'';'';{1;0}                  <- Unknown range of 4 for $
+CH01GAx;                               <- Non-numeric Gauge factor x
+CH01OFx;1;                             <- Non-numeric offset $
+CH01OF1;                               <- Initial volt missing for $
+CH01OF1                                <- Initial volt missing for $
+CH01OF1;x;                             <- Non-numeric initial volt $
+IM05;8R;20;
+HW1;                                   <- Hardware watchdog not valid for 8R ZAV
+KA;                                    <- Calibration not valid for 8R ZAV
+CH01RAx;                               <- Non-numeric sample rate x
+CH01RA5;                               <- Unknown sample rate 5
+CH01TIx;                               <- Non-numeric timeout x
+CH01TI3; / CH01TI6;
+CH01TI4;                               <- Unknown timeout 4
+CH19GO1,03,L;                          <- Alarm group not allowed in ZAV Type 8R channel 19
+IM50;8S;32; / HW1; / SW5;
+HWx;                                   <- Non-numeric HW watch x
+HW2;                                   <- Unknown HW watch 2
+SWx;                                   <- Non-numeric SW watch x
+SW255;
+SW256;                                 <- SW watch time out of range 256
+SW-1;                                  <- SW watch time out of range -1
+CH01TI99;
+CH01TIx;                               <- Non-numeric timeout x
+CH01MO801;'';'';{1;0} / IM09;7V;20; / SPlong; / SP1; / FRx; / FR9; / IM01;7R;20; / SP2500; / SP0;
+SP2501;                                <- Unknown scan period 2501
+SPlong;                                <- Non-numeric scan period long
+FR5;
+FR6;                                   <- Unknown integration time 6
+FR-1;                                  <- Non-numeric integration time -
+FRx;                                   <- Non-numeric integration time x
+TE80; / TE-30;
+TE80.5;                                <- External temperature out of range 80.5
+TE-30.5;                               <- External temperature out of range -30.5
+TEwarm;                                <- Non-numeric external temperature warm
+UN1; / TE177; / TE-22;
+TE178;                                 <- External temperature out of range 178
+TE-23;                                 <- External temperature out of range -23
+IM01;7R;20;
+TE81;                                  <- External temperature out of range 81
+UT1,1,2,3,4,5,6,7,8,9,10,11,12;
+UT3,1,2,3,4,5,6,7,8,9,10,11,12;        <- Non-numeric user thermocouple number 3
+UTx,1,2,3,4,5,6,7,8,9,10,11,12;        <- Non-numeric user thermocouple number x
+UT1,1,2,3;                             <- Error in coefficients for user thermocouple number 1
+UT2,1,2,3,4,5,6,7,8,9,10,11,12         <- Error in coefficients for user thermocouple number 2
+UT2,1,2,x,y;                           <- Error in coefficients for user thermocouple number 2
+UT1,1E39,2,3,4,5,6,7,8,9,10,11,12;     <- Error in coefficients for user thermocouple number 1
+PL1,1,2,3,4,5,6;
+PL0,1,2,3,4,5,6;                       <- Non-numeric post linearisation equation number 0
+PL2,1,2,3,4,5;                         <- Error in coefficients for post linearisation equation number 2
+CH01MOabc;                             <- Non-numeric channel mode/range abc
+CH01MO110;'';'';{1;0}                  <- Unknown mode of 11, ZAV number 1 for $
+CH01MO200;'';'';{1;0}                  <- Mode/ZAV type mismatch, mode 20 ZAV number 1 $
+CH01MO104;'';'';{1;0}
+CH01MO105;'';'';{1;0}                  <- Unknown range of 5 for $
+CH01MO001;'';'';{1;0}                  <- Unknown range for $
+CH01MO000;'';'';{1;0}
+CH03HL,1,2;                            <- Trying to set high alarm level for an invalid channel - Chan: 3 ZAV Type = 7R
+CH03LL,1,2;                            <- Trying to set low alarm level for an invalid channel - Chan: 3 ZAV Type = 7R
+CH03UC,1,0,1;                          <- Unit Conversion not allowed in ZAV Type 7R channel 3 : $
+CH03PL1;                               <- Post Linearisation not allowed in ZAV Type 7R channel 3 : $
+IM07;7V;20;
+CHxxMO100;                             <- Non-numeric channel number xx
+CH21MO100;                             <- Channel number exceeds maximum 21
+CH00MO100;                             <- Invalid channel number of 00
+CH-1MO100;                             <- Invalid channel number of -1
+CH01XX1;                               <- Unknown channel command. $
+CH01                                   <- Unknown channel command. $
+CH                                     <- Non-numeric channel number 
+CH01MO-10;'';'';{1;0}                  <- Unknown mode of -1, ZAV number 7 for $
+CH02MO200;'';'';{1;0} / CH01MO900;'';'';{1;0} / CH19MO702;'';'';{1;0}
+CH01MO100;Flow';'l/s';{1;0}            <- Quote for label not in position 11 for $
+CH01MO100                              <- Quote for label not in position 11 for $
+CH01MO100;'Fl;ow';'l/s';{1;0}          <- Closing quote for label missing for $
+CH01MO100;'Flow                        <- Closing quote for label missing for $
+CH01MO100;'Flow'                       <- Format for channel command incorrect $
+CH01MO100;'Flow';'                     <- Format for channel command incorrect $
+CH01MO100;'Flow';'l                    <- Format for channel command incorrect $
+CH01MO100;'Flow';l/s';{1;0}            <- Quote for unit not in correct position for $
+CH01MO100;'It's';'l/s';{1;0}           <- Closing quote for unit missing for $
+CH01MO100;'Flow';'l/s;{1;0}            <- Closing quote for unit missing for $
+CH01MO100;'Flow';'l/s                  <- Closing quote for unit missing for $
+CH01MO100;'Flow';'l/s';(1;0)           <- Brace({) for Mx+c not in correct position for $
+CH01MO100;'Flow';'l/s'; / CH19TI5; / CH19TI6;
+CH19TI7;                               <- Unknown timeout 7
+CH05MO700;'';'';{1;0}
+CH05HL,1,2;                            <- Trying to set high alarm level for an invalid channel - Chan: 5 ZAV Type = 7V
+CH05LL,1,2;                            <- Trying to set low alarm level for an invalid channel - Chan: 5 ZAV Type = 7V
+CH06HL,x,2;                            <- Invalid alarm limit for High Alarm on Chan: 6
+CH06LL,x,2;                            <- Invalid alarm limit for Low Alarm on Chan: 6
+CH06HL,1,x;                            <- Invalid Hysteresis Limit for High Alarm on Chan: 6
+CH06LL,1;                              <- Invalid Hysteresis Limit for Low Alarm on Chan: 6
+CH19GO1,03,L; / CH20GO2,03,X;
+CH18GO1,03,L;                          <- Alarm group not allowed in ZAV Type 7V channel 18
+CH19GO0;                               <- Non-numeric alarm output state  
+CH19GOx,03,L;                          <- Non-numeric alarm output state  
+CH19GO3,03,L;                          <- Invalid alarm output state  
+CH19GO-1,03,L;                         <- Invalid alarm output state  
+CH19GO1,xx,L,03,H;                     <- Non-numeric channel number (xx) in alarm group: $
+CH19GO1,19,L,0,H;                      <- Channel number 19 is out of range for alarm group: $ & Channel number 0 is out of range for alarm group: $
+CH20GO1,03,h,04,LL;                    <- Expecting 'H' or 'L' in alarm group channel 20 ZAV type 7V & Expecting 'H' or 'L' in alarm group channel 20 ZAV type 7V
+CH19GO1,03;                            <- Expecting 'H' or 'L' in alarm group channel 19 ZAV type 7V
+CH19GO1,03,L                           <- Expecting 'H' or 'L' in alarm group channel 19 ZAV type 7V
+CH19GO1,xyz                            <- Non-numeric channel number (Error) in alarm group: $
+CH03UC,2,0.5,1;
+CH19UC,2,0.5,1;                        <- Unit Conversion not allowed in ZAV Type 7V channel 19 : $
+CH03UC,x,y,1;                          <- M value must be a number: $ & C value must be a number: $
+CH03UC,x,2,2;                          <- M value must be a number: $ & Unit conversion enable flag must be 1 or 0. $
+CH03UC,1,2,x;                          <- Unit conversion enable flag must be 1 or 0. $
+CH03UC,1,2;                            <- Unit conversion enable flag must be 1 or 0. $
+CH03PL0;
+CH20PL1;                               <- Post Linearisation not allowed in ZAV Type 7V channel 20 : $
+CH03PLx;                               <- Equation specifier must be a number: $
+CH03PL1                                <- Equation specifier must be a number: $
+CH03PL3;                               <- Post Linearisation number must be 0,1 or 2: $
+CH03PL-1;                              <- Post Linearisation number must be 0,1 or 2: $)";
 
-TEST(Statements, PollRateAndPowerOnStayAfterAFailedLoad) {
-    const Loaded loaded = load({"UR500;", "PO1;", "XX"});
+TEST(Messages, TellWhatIsWrongWithEachLine) {
+    Lines expected;
+    std::string text = Header;
+    std::istringstream lines(std::string(File).substr(1));
+    int number = 1;
+    for (std::string row; std::getline(lines, row);) {
+        const auto mark = std::min(row.find("<- "), row.size());
+        std::string statement;
+        for (std::size_t at = 0; at <= mark; at += statement.size() + 3) {
+            statement = row.substr(at, std::min(row.find(" / ", at), mark) - at);
+            text += "\r\n" + statement;
+            ++number;
+        }
+        statement.erase(statement.find_last_not_of(' ') + 1);
+        for (std::size_t at = mark; at < row.size();) {
+            const std::size_t end = std::min(row.find(" & ", at + 3), row.size());
+            std::string told = row.substr(at + 3, end - at - 3);
+            if (const auto self = told.find('$'); self != std::string::npos)
+                told.replace(self, 1, statement);
+            expected.push_back(std::to_string(number) + ": " + told);
+            at = end;
+        }
+    }
+    const Loaded loaded = load_text(text);
     EXPECT_EQ(loaded.outcome, LoadOutcome::Errors);
-    EXPECT_EQ(loaded.configuration->Interface.PollRate, 500);
-    EXPECT_EQ(loaded.configuration->Interface.PowerOn, 1);
+    for (std::size_t i = 0; i < std::max(loaded.messages.size(), expected.size()); ++i)
+        ASSERT_EQ(i < loaded.messages.size() ? loaded.messages[i] : "nothing",
+                  i < expected.size() ? expected[i] : "nothing");
+    EXPECT_EQ(std::pair(loaded.configuration->Interface.PollRate,
+                        loaded.configuration->Interface.PowerOn),
+              PairOfNumbers(100, 1))
+        << "these stay after a failed load";
 }
 
-TEST(Statements, Pod) {
-    expect_messages({
-        {{"IMxx;7V;20;"}, {"2: Non-numeric ZAV number xx"}},
-        {{"IM00;7V;20;"}, {"2: Invalid ZAV number of 00"}},
-        {{"IM51;7V;20;"}, {"2: Invalid ZAV number of 51"}},
-        {{"IM-1;7V;20;"}, {"2: Invalid ZAV number of -1"}},
-        {{"IM10;7V;20;"},
-         {"2: Configuration for ZAV number 10 has been found although an ZAV is not Connected."}},
-        {{"IM01;7V;20;"}, {"2: ZAV Types differ for ZAV number 1 Connected ZAV is 7R"}},
-        {{"IM01;7v;20;"},
-         {"2: ZAV Types differ for ZAV number 1 Connected ZAV is 7R", "2: Unknown ZAV type 7v"}},
-        {{"IM10;XX;20;"},
-         {"2: Configuration for ZAV number 10 has been found although an ZAV is not Connected.",
-          "2: Unknown ZAV type XX"}},
-        {{"IM07;7V;xx;"}, {"2: Non-numeric number of channels xx"}},
-        {{"IM07;7V;"}, {"2: Non-numeric number of channels "}},
-        {{"IM07;7V;33;"}, {}},
-        {{"IM07;7V;34;"}, {"2: Invalid number of channels 34"}},
-        {{"IM07;7V;99;"}, {"2: Invalid number of channels 99"}},
-        {{"IM07;7V;-1;"}, {"2: Invalid number of channels -1"}},
-        {{"IM"}, {"2: Non-numeric ZAV number "}},
-    });
+// What statements bring about that are not written as the station itself writes them: the lines
+// that the pod then has beyond those of its "IM" line alone.
+struct Effect {
+    const char* pod;
+    std::string statements;
+    std::string lines;
+};
+
+Lines written_of(const std::string& text) {
+    const Loaded loaded = load_text(Header + text);
+    EXPECT_EQ(loaded.messages, Lines{}) << text;
+    Lines lines;
+    std::istringstream all(config_text({}, loaded.configuration->ZavConfig, {}));
+    for (std::string line; std::getline(all, line);)
+        lines.push_back(line.substr(0, line.size() - 1));
+    return lines;
 }
 
-TEST(Statements, AfterABadPodNumberTheFirstPodIsMeant) {
-    // Pod 1 is a 7R, for which a watchdog is wrong; the type text is that of the bad line.
-    expect_messages(
-        {{{"IM07;7V;20;", "IM77;8S;32;", "HW1;"},
-          {"3: Invalid ZAV number of 77", "4: Hardware watchdog not valid for 8S ZAV"}}});
-}
-
-TEST(Statements, BeforeTheFirstPodTheFirstIsMeant) {
-    const Loaded loaded = load({"SE;", "IM02;7S;10;"});
-    EXPECT_EQ(loaded.messages, Lines{});
-    EXPECT_EQ(loaded.configuration->ZavConfig[0].Setup, 1);
-    EXPECT_EQ(load({"KA;"}).messages, (Lines{"2: Calibration not valid for  ZAV"}));
-}
-
-TEST(Statements, OfTypesThatDoNotTakeThem) {
-    expect_messages({
-        {{"IM04;7U;20;", "KA;", "FR0;", "UN1;", "AM;", "TE20;", "TC1;", "HW0;", "SW0;"},
-         {"3: Calibration not valid for 7U ZAV", "4: Integration time not valid for 7U ZAV",
-          "5: Temperature units not valid for 7U ZAV",
-          "6: Ambient temperature not valid for 7U ZAV",
-          "7: External temperature not valid for 7U ZAV", "8: TC open not valid for 7U ZAV",
-          "9: Hardware watchdog not valid for 7U ZAV",
-          "10: Software watchdog not valid for 7U ZAV"}},
-        {{"IM02;7S;10;", "KA;", "FR0;", "UN1;", "AM;"},
-         {"6: Ambient temperature not valid for 7S ZAV"}},
-        {{"IM05;8R;20;", "HW1;", "KA;"},
-         {"3: Hardware watchdog not valid for 8R ZAV", "4: Calibration not valid for 8R ZAV"}},
-        {{"IM06;8S;32;", "HW1;", "SW5;"}, {}},
-    });
-}
-
-TEST(Statements, ValuesOfAPod) {
-    expect_messages({
-        {{"IM01;7R;20;", "SP2500;", "SP0;"}, {}},
-        {{"IM01;7R;20;", "SP2501;"}, {"3: Unknown scan period 2501"}},
-        {{"IM01;7R;20;", "SPlong;"}, {"3: Non-numeric scan period long"}},
-        {{"IM09;7V;20;", "SPlong;", "SP1;", "FRx;", "FR9;"}, {}},  // ignored without the letters
-        {{"IM01;7R;20;", "FR6;"}, {"3: Unknown integration time 6"}},
-        {{"IM01;7R;20;", "FRx;"}, {"3: Non-numeric integration time x"}},
-        {{"IM01;7R;20;", "TE80;", "TE-30;"}, {}},
-        {{"IM01;7R;20;", "TE81;"}, {"3: External temperature out of range 81"}},
-        {{"IM01;7R;20;", "TE-30.5;"}, {"3: External temperature out of range -30.5"}},
-        {{"IM01;7R;20;", "UN1;", "TE177;", "TE-22;"}, {}},
-        {{"IM01;7R;20;", "UN1;", "TE180;"}, {"4: External temperature out of range 180"}},
-        {{"IM01;7R;20;", "UN1;", "IM01;7R;20;", "TE81;"},
-         {"5: External temperature out of range 81"}},
-        {{"IM01;7R;20;", "TEwarm;"}, {"3: Non-numeric external temperature warm"}},
-        {{"IM06;8S;32;", "HWx;"}, {"3: Non-numeric HW watch x"}},
-        {{"IM06;8S;32;", "HW2;"}, {"3: Unknown HW watch 2"}},
-        {{"IM06;8S;32;", "SWx;"}, {"3: Non-numeric SW watch x"}},
-        {{"IM06;8S;32;", "SW256;"}, {"3: SW watch time out of range 256"}},
-        {{"IM06;8S;32;", "SW-1;"}, {"3: SW watch time out of range -1"}},
-        {{"XX;"}, {"2: Unknown command of XX"}},
-        {{""}, {"2: Unknown command of "}},
-        {{"\t"}, {"2: Unknown command of \t"}},
-        {{"se;"}, {"2: Unknown command of se"}},
-    });
-}
-
-TEST(Statements, TablesAndEquations) {
-    const std::string twelve = "1,2,3,4,5,6,7,8,9,10,11,12;";
-    expect_messages({
-        {{"IM07;7V;20;", "UT1," + twelve, "UT2," + twelve}, {}},
-        {{"IM01;7R;20;", "UT1," + twelve}, {}},  // for any type
-        {{"UT3," + twelve}, {"2: Non-numeric user thermocouple number 3"}},
-        {{"UTx," + twelve}, {"2: Non-numeric user thermocouple number x"}},
-        {{"UT1,1,2,3;"}, {"2: Error in coefficients for user thermocouple number 1"}},
-        {{"UT2,1,2,3,4,5,6,7,8,9,10,11,12"},
-         {"2: Error in coefficients for user thermocouple number 2"}},  // no end
-        {{"UT2,1,2,x,y;"}, {"2: Error in coefficients for user thermocouple number 2"}},
-        {{"UT1,1E39,2,3,4,5,6,7,8,9,10,11,12;"},
-         {"2: Error in coefficients for user thermocouple number 1"}},  // beyond a single
-        {{"PL1,1,2,3,4,5,6;"}, {}},
-        {{"PL0,1,2,3,4,5,6;"}, {"2: Non-numeric post linearisation equation number 0"}},
-        {{"PL2,1,2,3,4,5;"}, {"2: Error in coefficients for post linearisation equation number 2"}},
-    });
-}
-
-TEST(Statements, EffectsOnAPod) {
-    expect_effects({
-        {{"IM07;7V;20;"},
-         [](const PodConfig& p) {
-             return p.TypeCode == Type7V && p.NumChannels == 20 && p.CalOn == 0 && p.AmbTemp == 1;
-         }},
-        {{"IM07;7V;20;", "SE;", "AR;", "CO;", "KA;"},
-         [](const PodConfig& p) {
-             return p.Setup == 1 && p.Arm == 1 && p.ContScan == 1 && p.CalOn == 1;
-         }},
-        {{"IM07;7V;20;", "SP750;", "FR5;", "UN0;", "TC0;"},
-         [](const PodConfig& p) {
-             return p.ScanPeriod == 750 && p.Integration == 5 && p.DegF == 1 && p.OpenTC == 1;
-         }},
-        {{"IM09;7V;20;", "SP750;", "FR5;"},
-         [](const PodConfig& p) { return p.ScanPeriod == 0 && p.Integration == 0; }},
-        {{"IM07;7V;20;", "TE21.6;"},
-         [](const PodConfig& p) { return p.AmbTemp == 0 && p.ExtTemp == 21.6F; }},
-        {{"IM07;7V;20;", "TE21.6;", "AM;"},
-         [](const PodConfig& p) { return p.AmbTemp == 1 && p.ExtTemp == 21.6F; }},
-        {{"IM06;8S;32;", "HW1;", "SW255;"},
-         [](const PodConfig& p) {
-             return p.HWWatch == 1 && p.SWWatch == 1 && p.SWWatchTime == 255;
-         }},
-        {{"IM06;8S;32;", "SW255;", "SW0;"},
-         [](const PodConfig& p) { return p.SWWatch == 0 && p.SWWatchTime == 255; }},
-        {{"IM06;8S;32;", "SW2.5;"},
-         [](const PodConfig& p) { return p.SWWatchTime == 2; }},  // half to even
-        {{"IM07;7V;20;", "UT2,1,2,3,4,5,6,7,8,9,10,11,12;", "PL1,-1,2.5,3E-07,4,5,6;"},
-         [](const PodConfig& p) {
-             return p.UserTherm[0].Enabled == 0 && p.UserTherm[1].Enabled == TableOn &&
-                    p.UserTherm[1].Polynomial == Polynomial6{6, 5, 4, 3, 2, 1} &&
-                    p.UserTherm[1].InversePoly == Polynomial6{12, 11, 10, 9, 8, 7} &&
-                    p.PostLinEquation[0].Enabled == TableOn &&
-                    p.PostLinEquation[0].Coeff == Polynomial6{6, 5, 4, 3E-07F, 2.5F, -1} &&
-                    p.PostLinEquation[1].Enabled == 0;
-         }},
-    });
-}
-
-TEST(Channels, NumberAndSubKey) {
-    expect_messages({
-        {{"IM07;7V;20;", "CHxxMO100;"}, {"3: Non-numeric channel number xx"}},
-        {{"IM07;7V;20;", "CH21MO100;"}, {"3: Channel number exceeds maximum 21"}},
-        {{"CH01MO100;"}, {"2: Channel number exceeds maximum 01"}},
-        {{"IM07;7V;20;", "CH00MO100;"}, {"3: Invalid channel number of 00"}},
-        {{"IM07;7V;20;", "CH-1MO100;"}, {"3: Invalid channel number of -1"}},
-        {{"IM07;7V;20;", "CH01XX1;"}, {"3: Unknown channel command. CH01XX1;"}},
-        {{"IM07;7V;20;", "CH01"}, {"3: Unknown channel command. CH01"}},
-        {{"IM07;7V;20;", "CH"}, {"3: Non-numeric channel number "}},
-    });
-}
-
-TEST(Channels, ModeAndRange) {
-    const std::string rest = ";'';'';{1;0}";
-    expect_messages({
-        {{"IM01;7R;20;", "CH01MOabc;"}, {"3: Non-numeric channel mode/range abc"}},
-        {{"IM01;7R;20;", "CH01MO110" + rest},
-         {"3: Unknown mode of 11, ZAV number 1 for CH01MO110" + rest}},
-        {{"IM07;7V;20;", "CH01MO-10" + rest},
-         {"3: Unknown mode of -1, ZAV number 7 for CH01MO-10" + rest}},
-        {{"IM01;7R;20;", "CH01MO200" + rest},
-         {"3: Mode/ZAV type mismatch, mode 20 ZAV number 1 CH01MO200" + rest}},
-        {{"IM01;7R;20;", "CH01MO104" + rest}, {}},
-        {{"IM01;7R;20;", "CH01MO105" + rest}, {"3: Unknown range of 5 for CH01MO105" + rest}},
-        {{"IM02;7S;10;", "CH01MO104" + rest}, {"3: Unknown range of 4 for CH01MO104" + rest}},
-        {{"IM01;7R;20;", "CH01MO001" + rest}, {"3: Unknown range for CH01MO001" + rest}},
-        {{"IM01;7R;20;", "CH01MO000" + rest}, {}},
-        // Which channel it is does not matter.
-        {{"IM07;7V;20;", "CH02MO200" + rest, "CH01MO900" + rest, "CH19MO702" + rest}, {}},
-        {{"IM06;8S;32;", "CH01MO801" + rest}, {}},
-    });
-}
-
-TEST(Channels, LabelUnitAndScaling) {
-    const auto message = [](const std::string& line, const std::string& text) {
-        return MessageCase{{"IM07;7V;20;", line}, {"3: " + text + line}};
+TEST(Effects, OfStatementsInOtherForms) {
+    const Effect effects[] = {
+        {"IM07;7V;20;", "UN0;|TC0;|CO", "CO;|UN1;|TC1;|"},
+        {"IM09;7V;20;", "SP750;|FR5;", ""},
+        {"IM07;7V;20;", "TE21.6;|AM;", ""},
+        {"IM50;8S;32;", "SW255;|SW0;", ""},
+        {"IM50;8S;32;", "SW2.5;", "SW2;|"},  // halves to the even neighbour
+        {"IM50;8S;32;", "CH01MO700;'';'';{1;0}|CH01TI3;", "CH01MO700;'';'';{1;0}|"},
+        {"IM07;7V;20;", "CH19GO2,03,L;", ""},
+        {"IM07;7V;20;", "CH03MO100;'';'';{3;4}|CH03UC,2,0.5,0;", "CH03MO100;'';'';{1;0}|"},
+        {"IM07;7V;20;", "CH03MO100;'';'';{3;4}|CH03UC,2,0.5,1;",
+         "CH03MO100;'';'';{2;0.5}|CH03UC,2,0.5,1;|"},
+        {"IM07;7V;20;", "CH01MO102;'12345678901234567890';'12345678';{1;0}",
+         "CH01MO102;'123456789012345';'12345';{1;0}|"},
+        {"IM07;7V;20;", "CH01MO102;'Flow';'l/s'", "CH01MO102;'Flow';'l/s';{1;0}|"},
+        {"IM07;7V;20;", "CH01MO102;'Flow';'l/s';{", "CH01MO102;'Flow';'l/s';{1;0}|"},
+        {"IM01;7R;20;", "CH01MO102;'Flow';'l/s';{x;y}", "CH01MO102;'Flow';'l/s';{0;0}|"},
+        {"IM01;7R;20;", "CH01MO102;'Flow';'l/s';{2.5 per litre;1e1}",
+         "CH01MO102;'Flow';'l/s';{2.5;10}|"},
+        {"IM01;7R;20;", "CH01MO102;'Flow';'l/s';{2}", "CH01MO102;'Flow';'l/s';{2;0}|"},
+        {"IM01;7R;20;", "CH01MO102;'Flow';'l/s';{1E99;-1E99}",
+         "CH01MO102;'Flow';'l/s';{3.402823E+38;-3.402823E+38}|"},
+        {"IM01;7R;20;",
+         "CH01MO102;'Gr\xF6\xDF"
+         "e';'\xB5m';{1;0}",
+         "CH01MO102;'Gr\xF6\xDF"
+         "e';'\xB5m';{1;0}|"},
     };
-    expect_messages({
-        message("CH01MO100;Flow';'l/s';{1;0}", "Quote for label not in position 11 for "),
-        message("CH01MO100", "Quote for label not in position 11 for "),
-        message("CH01MO100;'Fl;ow';'l/s';{1;0}", "Closing quote for label missing for "),
-        message("CH01MO100;'Flow", "Closing quote for label missing for "),
-        message("CH01MO100;'Flow'", "Format for channel command incorrect "),
-        message("CH01MO100;'Flow';'", "Format for channel command incorrect "),
-        message("CH01MO100;'Flow';l/s';{1;0}", "Quote for unit not in correct position for "),
-        message("CH01MO100;'It's';'l/s';{1;0}", "Closing quote for unit missing for "),
-        message("CH01MO100;'Flow';'l/s;{1;0}", "Closing quote for unit missing for "),
-        message("CH01MO100;'Flow';'l/s", "Closing quote for unit missing for "),
-        message("CH01MO100;'Flow';'l/s';(1;0)", "Brace({) for Mx+c not in correct position for "),
-        {{"IM07;7V;20;", "CH01MO100;'Flow';'l/s';"}, {}},
-    });
-    const auto channel = [](const std::string& label, const std::string& unit, float m, float c) {
-        return [=](const PodConfig& p) {
-            const ChannelConfig& first = p.Channel[0];
-            return first.Mode == 10 && first.Range == 2 && first.Label == label &&
-                   first.Unit == unit && first.MValue == m && first.CValue == c;
+    for (const Effect& effect : effects) {
+        const std::string start = "|" + std::string(effect.pod) + "|";
+        const auto text = [&](std::string lines) {
+            std::replace(lines.begin(), lines.end(), '|', '\n');
+            return lines;
         };
-    };
-    const auto effect = [](const std::string& line, std::function<bool(const PodConfig&)> holds) {
-        return EffectCase{{"IM07;7V;20;", line}, std::move(holds)};
-    };
-    expect_effects({
-        effect("CH01MO102;'Flow 1';'l/s';{2;-0.5}", channel("Flow 1", "l/s", 2, -0.5F)),
-        effect("CH01MO102;'';'';{1;0}", channel("", "", 1, 0)),
-        effect("CH01MO102;' Flow ';' l ';{1;0}", channel(" Flow ", " l ", 1, 0)),
-        effect("CH01MO102;'12345678901234567890';'12345678';{1;0}",
-               channel("123456789012345", "12345", 1, 0)),
-        effect("CH01MO102;'Flow';'l/s';", channel("Flow", "l/s", 1, 0)),
-        effect("CH01MO102;'Flow';'l/s'", channel("Flow", "l/s", 1, 0)),
-        effect("CH01MO102;'Flow';'l/s';{", channel("Flow", "l/s", 1, 0)),
-        effect("CH01MO102;'Flow';'l/s';{x;y}", channel("Flow", "l/s", 0, 0)),
-        effect("CH01MO102;'Flow';'l/s';{2.5 per litre;1e1}", channel("Flow", "l/s", 2.5F, 10)),
-        effect("CH01MO102;'Flow';'l/s';{2}", channel("Flow", "l/s", 2, 0)),
-        effect("CH01MO102;'Flow';'l/s';{1E99;-1E99}",
-               channel("Flow", "l/s", 3.40282347E+38F, -3.40282347E+38F)),
-        effect("CH01MO102;'Gr\xF6\xDF"
-               "e';'\xB5m';{1;0}",
-               channel("Gr\xF6\xDF"
-                       "e",
-                       "\xB5m", 1, 0)),
-    });
-}
-
-TEST(Channels, SamplingAndStrain) {
-    expect_messages({
-        {{"IM05;8R;20;", "CH01RAx;"}, {"3: Non-numeric sample rate x"}},
-        {{"IM05;8R;20;", "CH01RA5;"}, {"3: Unknown sample rate 5"}},
-        {{"IM05;8R;20;", "CH01TIx;"}, {"3: Non-numeric timeout x"}},
-        {{"IM05;8R;20;", "CH01TI3;", "CH01TI6;"}, {}},
-        {{"IM05;8R;20;", "CH01TI4;"}, {"3: Unknown timeout 4"}},
-        {{"IM07;7V;20;", "CH19TI5;", "CH19TI6;"}, {}},
-        {{"IM07;7V;20;", "CH19TI7;"}, {"3: Unknown timeout 7"}},
-        {{"IM06;8S;32;", "CH01TI99;"}, {}},
-        {{"IM06;8S;32;", "CH01TIx;"}, {"3: Non-numeric timeout x"}},
-        {{"IM02;7S;10;", "CH01GAx;"}, {"3: Non-numeric Gauge factor x"}},
-        {{"IM02;7S;10;", "CH01OFx;1;"}, {"3: Non-numeric offset CH01OFx;1;"}},
-        {{"IM02;7S;10;", "CH01OF1;"}, {"3: Initial volt missing for CH01OF1;"}},
-        {{"IM02;7S;10;", "CH01OF1"}, {"3: Initial volt missing for CH01OF1"}},
-        {{"IM02;7S;10;", "CH01OF1;x;"}, {"3: Non-numeric initial volt CH01OF1;x;"}},
-    });
-    expect_effects({
-        {{"IM05;8R;20;", "CH03RA4;", "CH03TI0;"},
-         [](const PodConfig& p) {
-             return p.SampleRate[2] == 4 && p.Timeout[2] == 0 && p.Timeout[1] == 6;
-         }},
-        {{"IM06;8S;32;", "CH01TI3;"}, [](const PodConfig& p) { return p.Timeout[0] == 6; }},
-        {{"IM02;7S;10;", "CH10GA2.05;", "CH10OF-0.5;1.25;"},
-         [](const PodConfig& p) {
-             return p.Strain[9] == StrainSettings{2.05F, -0.5F, 1.25F};
-         }},
-    });
-}
-
-TEST(Channels, Alarms) {
-    const std::string digital = "CH05MO700;'';'';{1;0}";
-    expect_messages({
-        {{"IM01;7R;20;", "CH03HL,1,2;", "CH03LL,1,2;"},
-         {"3: Trying to set high alarm level for an invalid channel - Chan: 3 ZAV Type = 7R",
-          "4: Trying to set low alarm level for an invalid channel - Chan: 3 ZAV Type = 7R"}},
-        {{"IM07;7V;20;", digital, "CH05HL,1,2;", "CH05LL,1,2;"},
-         {"4: Trying to set high alarm level for an invalid channel - Chan: 5 ZAV Type = 7V",
-          "5: Trying to set low alarm level for an invalid channel - Chan: 5 ZAV Type = 7V"}},
-        {{"IM07;7V;20;", "CH05HL,x,2;", "CH05LL,x,2;"},
-         {"3: Invalid alarm limit for High Alarm on Chan: 5",
-          "4: Invalid alarm limit for Low Alarm on Chan: 5"}},
-        {{"IM07;7V;20;", "CH05HL,1,x;", "CH05LL,1;"},
-         {"3: Invalid Hysteresis Limit for High Alarm on Chan: 5",
-          "4: Invalid Hysteresis Limit for Low Alarm on Chan: 5"}},
-    });
-    expect_effects({
-        {{"IM08;7W;20;", "CH18HL,99.5,0.25;", "CH18LL,-1E+07,1;"},
-         [](const PodConfig& p) {
-             return p.Channel[17].HighAlarm == AlarmLimit{1, 99.5F, 0.25F} &&
-                    p.Channel[17].LowAlarm == AlarmLimit{1, -1E+07F, 1};
-         }},
-    });
-}
-
-TEST(Channels, AlarmGroups) {
-    const auto group = [](const std::string& line, const Lines& messages) {
-        Lines numbered;
-        for (const std::string& message : messages) numbered.push_back("3: " + message);
-        return MessageCase{{"IM07;7V;20;", line}, numbered};
-    };
-    expect_messages({
-        group("CH19GO1,03,L;", {}),
-        group("CH20GO2,03,X;", {}),  // members of a disabled group are not read
-        group("CH18GO1,03,L;", {"Alarm group not allowed in ZAV Type 7V channel 18"}),
-        {{"IM05;8R;20;", "CH19GO1,03,L;"},
-         {"3: Alarm group not allowed in ZAV Type 8R channel 19"}},
-        group("CH19GO0;", {"Non-numeric alarm output state  "}),
-        group("CH19GOx,03,L;", {"Non-numeric alarm output state  "}),
-        group("CH19GO3,03,L;", {"Invalid alarm output state  "}),
-        group("CH19GO-1,03,L;", {"Invalid alarm output state  "}),
-        group("CH19GO1,xx,L,03,H;",
-              {"Non-numeric channel number (xx) in alarm group: CH19GO1,xx,L,03,H;"}),
-        group("CH19GO1,19,L,0,H;",
-              {"Channel number 19 is out of range for alarm group: CH19GO1,19,L,0,H;",
-               "Channel number 0 is out of range for alarm group: CH19GO1,19,L,0,H;"}),
-        group("CH20GO1,03,h,04,LL;",
-              {"Expecting 'H' or 'L' in alarm group channel 20 ZAV type 7V",
-               "Expecting 'H' or 'L' in alarm group channel 20 ZAV type 7V"}),
-        group("CH19GO1,03;", {"Expecting 'H' or 'L' in alarm group channel 19 ZAV type 7V"}),
-        group("CH19GO1,03,L", {"Expecting 'H' or 'L' in alarm group channel 19 ZAV type 7V"}),
-        group("CH19GO1,xyz", {"Non-numeric channel number (Error) in alarm group: CH19GO1,xyz"}),
-    });
-    expect_effects({
-        {{"IM07;7V;20;", "CH19GO1,03,L,03,H,07,H;", "CH20GO0,18,L;"},
-         [](const PodConfig& p) {
-             AlarmGroup first;
-             first.OutputState = 1;
-             first.Low[2] = first.High[2] = first.High[6] = 1;
-             AlarmGroup second;
-             second.Low[17] = 1;
-             return p.AlarmGroup[0] == first && p.AlarmGroup[1] == second;
-         }},
-        {{"IM07;7V;20;", "CH19GO2,03,L;"},
-         [](const PodConfig& p) {
-             return p.AlarmGroup[0] == AlarmGroup{GroupOff, {}, {}};
-         }},
-    });
-}
-
-TEST(Channels, UnitConversionAndLinearisation) {
-    const auto channel = [](const std::string& line, const Lines& messages) {
-        Lines numbered;
-        for (const std::string& message : messages) numbered.push_back("3: " + message + line);
-        return MessageCase{{"IM07;7V;20;", line}, numbered};
-    };
-    expect_messages({
-        channel("CH03UC,2,0.5,1;", {}),
-        channel("CH19UC,2,0.5,1;", {"Unit Conversion not allowed in ZAV Type 7V channel 19 : "}),
-        channel("CH03UC,x,y,1;", {"M value must be a number: ", "C value must be a number: "}),
-        channel("CH03UC,x,2,2;",
-                {"M value must be a number: ", "Unit conversion enable flag must be 1 or 0. "}),
-        channel("CH03UC,1,2,x;", {"Unit conversion enable flag must be 1 or 0. "}),
-        channel("CH03UC,1,2;", {"Unit conversion enable flag must be 1 or 0. "}),
-        channel("CH03PL0;", {}),
-        channel("CH20PL1;", {"Post Linearisation not allowed in ZAV Type 7V channel 20 : "}),
-        channel("CH03PLx;", {"Equation specifier must be a number: "}),
-        channel("CH03PL1", {"Equation specifier must be a number: "}),
-        channel("CH03PL3;", {"Post Linearisation number must be 0,1 or 2: "}),
-        {{"IM01;7R;20;", "CH03UC,1,0,1;", "CH03PL1;"},
-         {"3: Unit Conversion not allowed in ZAV Type 7R channel 3 : CH03UC,1,0,1;",
-          "4: Post Linearisation not allowed in ZAV Type 7R channel 3 : CH03PL1;"}},
-    });
-    expect_effects({
-        {{"IM07;7V;20;", "CH03UC,2,0.5,1;", "CH03PL2;"},
-         [](const PodConfig& p) {
-             return p.Channel[2].MValue == 2 && p.Channel[2].CValue == 0.5F &&
-                    p.Channel[2].PostLin == 2;
-         }},
-        {{"IM07;7V;20;", "CH03MO100;'';'';{3;4}", "CH03UC,2,0.5,0;"},
-         [](const PodConfig& p) { return p.Channel[2].MValue == 1 && p.Channel[2].CValue == 0; }},
-    });
+        const Lines before = written_of(text(start));
+        std::string lines;
+        for (const std::string& line : written_of(text(start + effect.statements)))
+            if (std::find(before.begin(), before.end(), line) == before.end()) lines += line + "|";
+        EXPECT_EQ(lines, effect.lines) << effect.statements;
+    }
+    const auto pod = load_text(Header + "\nIM07;7V;20;\nCH01MO102;' Flow ';' l ';{1;0}")
+                         .configuration->ZavConfig[6];
+    EXPECT_EQ(pod.Channel[0].Label + pod.Channel[0].Unit, " Flow  l ");
 }
 
 TEST(HostileInput, NulsAndLongLinesAreLinesLikeOthers) {
-    const std::string with_nul = std::string("CH01MO100;'A") + '\0' + "B';'u';{1;0}";
-    const Loaded loaded = load({"IM07;7V;20;", with_nul});
-    EXPECT_EQ(loaded.messages, Lines{});
-    EXPECT_EQ(loaded.configuration->ZavConfig[6].Channel[0].Label, std::string("A\0B", 3));
-
-    const std::string nul_key = std::string("S\0;", 3);
-    EXPECT_EQ(load({nul_key}).messages, (Lines{"2: Unknown command of S" + std::string(1, '\0')}));
-
+    const std::string nul(1, '\0');
+    const std::string pod = Header + "\nIM07;7V;20;\n";
     const std::string long_line = "CH01MO100;'" + std::string(100000, 'x');
-    EXPECT_EQ(load({"IM07;7V;20;", long_line}).messages,
-              (Lines{"3: Closing quote for label missing for " + long_line}));
-    EXPECT_EQ(load({"IM07;7V;20;", long_line + "';'l';{1;0}"})
-                  .configuration->ZavConfig[6]
-                  .Channel[0]
-                  .Label,
-              std::string(MaxLabel, 'x'));
+    const auto label = [](const std::string& text) {
+        return load_text(text).configuration->ZavConfig[6].Channel[0].Label;
+    };
+    EXPECT_EQ(label(pod + "CH01MO100;'A" + nul + "B';'u';{1;0}"), "A" + nul + "B");
+    EXPECT_EQ(label(pod + long_line + "';'l';{1;0}"), std::string(MaxLabel, 'x'));
+    EXPECT_EQ(load_text(pod + "S" + nul + ";\n\t\n" + long_line).messages,
+              (Lines{"3: Unknown command of S" + nul, "4: Unknown command of \t",
+                     "5: Closing quote for label missing for " + long_line}));
 }
 
-TEST(Outcome, FailedLoadPutsTheConfigurationBackAndKeepsItAsCopy) {
-    const auto configuration = std::make_unique<Configuration>();
-    default_ZAV_config(configuration->ZavConfig[6], Type7W, 1);
-    configuration->ZavConfig[6].Channel[0].HighAlarm = {0, 5, 6};
-    const PodConfigs before = configuration->ZavConfig;
+// A load of `text` over a 7W as pod 7: what it ends with, and whether the configuration and its
+// copy are what was before.
+TEST(Outcome, WithoutAFullLoadTheConfigurationIsWhatItWas) {
     const auto all = [](const LoadMessage&) { return true; };
-    const std::string good = Header + "\r\nIM07;7V;20;\r\n";
-    EXPECT_EQ(load_configuration(good + "XX", station(), *configuration, all), LoadOutcome::Errors);
-    EXPECT_TRUE(configuration->ZavConfig == before);
-    EXPECT_TRUE(configuration->ZavConfigCopy == before);
-
-    EXPECT_EQ(load_configuration(good, station(), *configuration, all), LoadOutcome::Loaded);
-    EXPECT_EQ(configuration->ZavConfig[6].TypeCode, Type7V);
-    EXPECT_TRUE(configuration->ZavConfigCopy == before);
-}
-
-TEST(Outcome, SinkStopsTheLoad) {
-    const auto configuration = std::make_unique<Configuration>();
-    const PodConfigs before = configuration->ZavConfig;
-    Lines messages;
-    EXPECT_EQ(load_configuration(Header + "\r\nXX\r\nIM07;7V;20;\r\nYY", station(), *configuration,
-                                 [&](const LoadMessage& m) {
-                                     messages.push_back(m.text);
-                                     return false;
-                                 }),
-              LoadOutcome::Stopped);
-    EXPECT_EQ(messages, (Lines{"Unknown command of XX"}));
-    EXPECT_TRUE(configuration->ZavConfig == before);
-}
-
-TEST(Outcome, SinkThatThrowsLeavesTheConfigurationAlone) {
-    const auto configuration = std::make_unique<Configuration>();
-    const PodConfigs before = configuration->ZavConfig;
+    const auto none = [](const LoadMessage&) { return false; };
     const auto fails = [](const LoadMessage&) -> bool { throw std::runtime_error("disk full"); };
-    EXPECT_THROW(
-        load_configuration(Header + "\r\nIM07;7V;20;\r\nXX", station(), *configuration, fails),
-        std::runtime_error);
-    EXPECT_TRUE(configuration->ZavConfig == before);
+    const std::string good = Header + "\r\nIM07;7V;20;\r\n";
+    struct Row {
+        std::string text;
+        MessageSink sink;
+        LoadOutcome outcome;
+        std::string before, copy;
+    };
+    for (const Row& row : {Row{good, all, LoadOutcome::Loaded, "no", "yes"},
+                           Row{good + "XX", all, LoadOutcome::Errors, "yes", "yes"},
+                           Row{good + "XX\nYY", none, LoadOutcome::Stopped, "yes", "yes"},
+                           Row{good + "XX", fails, LoadOutcome::Stopped, "yes", "yes"},
+                           Row{"UR500;\r\n", all, LoadOutcome::NoHeader, "yes", "no"}}) {
+        const auto configuration = std::make_unique<Configuration>();
+        default_ZAV_config(configuration->ZavConfig[6], Type7W, 1);
+        configuration->ZavConfig[6].Channel[0].HighAlarm = {0, 5, 6};
+        configuration->ZavConfigCopy[5].TypeCode = 5;
+        const PodConfigs before = configuration->ZavConfig;
+        int messages = 0;
+        const auto counting = [&](const LoadMessage& m) { return ++messages, row.sink(m); };
+        try {
+            EXPECT_EQ(load_configuration(row.text, station(), *configuration, counting),
+                      row.outcome)
+                << row.text;
+        } catch (const std::runtime_error&) {
+            EXPECT_EQ(row.outcome, LoadOutcome::Stopped);
+        }
+        EXPECT_LE(messages, 1) << "nothing is told after a stop";
+        EXPECT_EQ(configuration->ZavConfig == before ? "yes" : "no", row.before) << row.text;
+        EXPECT_EQ(configuration->ZavConfigCopy == before ? "yes" : "no", row.copy) << row.text;
+        EXPECT_EQ(configuration->Interface.PollRate, 1000);
+    }
 }
 
 TEST(AssumedStation, IsWhatTheFileNames) {
-    const Connected assumed = assume_connected(
-        Header + "\nAD3;-14080;\nAD1;-1;\nIM03;7V;20;\nIM03;8R;20;\nIM04;XX;1;\nIM77;7V;20;\nIM");
-    EXPECT_EQ(assumed.CardHandle, 3);
-    EXPECT_EQ(assumed.CardAddress, -14080);
-    EXPECT_EQ(assumed.Ident[2], "7V A  F     ");
-    EXPECT_EQ(assumed.Ident[3], "XX A  F     ");
-    EXPECT_EQ(assumed.Ident[4], "NC          ");
+    const Connected assumed = assume_connected(Header +
+                                               "\nAD3;-14080;\nAD1;-1;\nIM01;7V;20;\nIM01;8R;20;"
+                                               "\nIM50;XX;1;\nIM51;7V;20;\nIM00;7V;20;\nIM");
+    EXPECT_EQ(std::pair(assumed.CardHandle, assumed.CardAddress), PairOfNumbers(3, -14080));
+    auto idents = Connected{}.Ident;
+    idents.fill("NC          ");
+    idents[0] = "7V A  F     ";
+    idents[49] = "XX A  F     ";
+    EXPECT_EQ(assumed.Ident, idents);
+    const Connected nothing = assume_connected(Header + "\nADx;y;");
+    EXPECT_EQ(std::pair(nothing.CardHandle, nothing.CardAddress), PairOfNumbers(0, 0));
 }
 
 }  // namespace

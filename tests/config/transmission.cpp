@@ -1,200 +1,129 @@
+// The configurations on their way to the pods, and what each pod was last sent.
+
 #include "config/transmission.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <functional>
 #include <stdexcept>
-#include <string>
-#include <vector>
 
-#include "support/recording_failures.h"
-#include "support/scripted_dialogs.h"
+#include "support/rig.h"
 
 namespace kavorix {
 namespace {
 
-// A station with five connected pods, of which some are selected. What TXString would send is
-// recorded as "pod number: command string".
-class TransmissionTest : public testing::Test {
-  protected:
-    TransmissionTest() {
-        for (auto& status : status_) set_ident(status, "NC          ");
-        connect(3, "7UJA 0F 1.00", Type7U);
-        connect(7, "7UJA 0F 1.00", Type7U);
-        connect(12, "8SJA 0F 1.00", Type8S);
-    }
-
-    static void set_ident(PodStatus& status, const std::string& ident) {
-        std::copy(ident.begin(), ident.end(), status.Ident.begin());
-    }
-
-    void connect(int pod, const std::string& ident, std::int16_t configured) {
-        set_ident(status_[at(pod - 1)], ident);
-        default_ZAV_config(configuration_.ZavConfig[at(pod - 1)], configured, 0);
-        configuration_.ZavConfig[at(pod - 1)].NumChannels = 1;
-        link_.PollTable.InPollTable[at(pod - 1)] = 1;
-    }
-
-    void select(const std::vector<int>& pods) {
-        for (const int pod : pods) link_.ZavSelected[at(pod - 1)] = 1;
-        link_.NumSelected = static_cast<std::int16_t>(pods.size());
-    }
-
-    std::vector<int> selected() const {
-        std::vector<int> pods;
-        for (int pod = 1; pod <= MaxZavs; ++pod)
-            if (link_.ZavSelected[at(pod - 1)] == 1) pods.push_back(pod);
-        return pods;
-    }
-
-    // What the link does to a pod that fails.
-    void remove(int pod) {
-        link_.PollTable.InPollTable[at(pod - 1)] = 0;
-        if (link_.ZavSelected[at(pod - 1)] == 1) {
-            link_.ZavSelected[at(pod - 1)] = 0;
-            --link_.NumSelected;
-        }
-    }
-
-    void send() {
-        std::string pods;
-        for (const int pod : selected()) pods += std::to_string(pod) + ": ";
-        sent_.push_back(pods + link_.CommandString);
-        if (during_send_) during_send_();
-    }
-
-    Configuration configuration_;
-    PodStatuses status_;
-    LinkState link_;
-    test::ScriptedDialogs dialogs_;
-    test::RecordingFailures failures_;
-    std::vector<std::string> sent_;
-    std::function<void()> during_send_;
-    SentConfigurations held_{configuration_.ZavConfig};
-    Transmission transmission_{configuration_, status_,           link_, dialogs_, failures_,
-                               held_,          [this] { send(); }};
-};
-
-using Sent = std::vector<std::string>;
+using test::Lines;
+using test::pods_with;
+using Boxes = std::vector<test::ShownBox>;
 using Pods = std::vector<int>;
 
-TEST_F(TransmissionTest, EverySelectedPodGetsItsOwnString) {
-    configuration_.ZavConfig[6].ScanPeriod = 500;
-    select({3, 7, 12});
-    transmission_.transmit_config();
-    EXPECT_EQ(sent_, (Sent{"3: SP'0';CH1MO000;", "7: SP'500';CH1MO000;", "12: SP'0';CH1MO000;"}));
-    EXPECT_EQ(selected(), (Pods{3, 7, 12}));
-    EXPECT_EQ(link_.NumSelected, 3);
+const PodSet OneFiveFifty{Pod::numbered(1), Pod::numbered(5), Pod::numbered(50)};
+
+test::ShownBox mismatch(const std::string& number) {
+    return {"ZAV type does not match the configuration ZAV type for ZAV number " + number +
+                ".\n\nConfiguration for this ZAV will not be transmitted.",
+            box::Exclamation, "KAVORIX"};
 }
 
-TEST_F(TransmissionTest, NothingSelectedSendsNothing) {
-    transmission_.transmit_config();
-    EXPECT_EQ(sent_, Sent{});
-    EXPECT_EQ(link_.NumSelected, 0);
+// Pods 1 (7U), 5 (8S) and 50 (7U) of one channel each, which takes 20 ms to send.
+struct TransmissionTest : testing::Test, test::Rig {
+    TransmissionTest() {
+        station({{1, "7UJA 0F 1.00"}, {5, "8SFN 0F 1.00"}, {50, "7UJA 0F 1.00"}});
+        for (const int pod : {1, 5, 50}) config(pod).NumChannels = 1;
+    }
+    SentConfigurations sent{configuration.ZavConfig};
+    Transmission transmission{
+        {configuration, run_time.Status, run_time.Link, link, dialogs, failures, sent}};
+
+    Pods transmit(const PodSet& pods) { return pods_with(transmission.transmit_config(pods)); }
+    void fail(int pod) {
+        errors.RxTxErr(Pod::numbered(pod), LinkFault::Receive, AfterFault::Removed);
+    }
+};
+
+TEST_F(TransmissionTest, EveryPodGetsItsOwnStringOneAfterTheOther) {
+    config(50).ScanPeriod = 2;
+    select({1});
+    driver.at_call([&](const test::DriverCall&) { EXPECT_EQ(run_time.Link.Sending, 2); });
+    EXPECT_EQ(transmit(OneFiveFifty), (Pods{1, 5, 50}));
+    EXPECT_EQ(driver.timed("Tx"),
+              (Lines{"0 Tx 1 SP<00><00><00><00>", "10 Tx 1 CH1MO000", "20 Tx 5 SP<00><00><00><00>",
+                     "30 Tx 5 CH1MO000", "40 Tx 50 SP@<00><00><00>", "50 Tx 50 CH1MO000"}));
+    EXPECT_EQ(pods_with(run_time.Link.ZavSelected), Pods{1});
+    EXPECT_EQ(run_time.Link.Sending, 0);
 }
 
 TEST_F(TransmissionTest, AnotherTypeConnectedIsToldAndSkipped) {
-    set_ident(status_[6], "7VJA 0F 1.00");
-    select({3, 7, 12});
-    transmission_.transmit_config();
-    EXPECT_EQ(sent_, (Sent{"3: SP'0';CH1MO000;", "7: ", "12: SP'0';CH1MO000;"}));
-    EXPECT_EQ(dialogs_.boxes,
-              (std::vector<test::ShownBox>{
-                  {"ZAV type does not match the configuration ZAV type for ZAV number 07.\n\n"
-                   "Configuration for this ZAV will not be transmitted.",
-                   box::Exclamation, "KAVORIX"}}));
-    EXPECT_EQ(selected(), (Pods{3, 7, 12}));
+    config(5).TypeCode = Type8R;
+    EXPECT_EQ(transmit(OneFiveFifty), (Pods{1, 50}));
+    EXPECT_EQ(driver.recorded("Tx 5 "), Lines{});
+    EXPECT_EQ(dialogs.boxes, Boxes{mismatch("05")});
 }
 
-TEST_F(TransmissionTest, UnconnectedPodWithoutTypePassesTheCheck) {
-    EXPECT_EQ(transmission_.load_config(20), "SP'0';");
-    EXPECT_EQ(dialogs_.boxes.size(), 0u);
+TEST_F(TransmissionTest, AnUnconnectedPodPassesTheCheckWithoutATypeAlone) {
+    EXPECT_EQ(transmission.load_config(Pod::numbered(20)), "SP'0';");
+    EXPECT_EQ(dialogs.boxes, Boxes{});
+    config(20).TypeCode = Type7U;
+    EXPECT_EQ(transmission.load_config(Pod::numbered(20)), "");
+    EXPECT_EQ(dialogs.boxes, Boxes{mismatch("20")});
 }
 
-TEST_F(TransmissionTest, UnconnectedPodWithATypeDoesNotPass) {
-    set_ident(status_[2], "NC          ");
-    EXPECT_EQ(transmission_.load_config(2), "");
-    EXPECT_EQ(dialogs_.boxes.size(), 1u);
+TEST_F(TransmissionTest, APodThatFailsOrIsClearedBeforeItsTurnGetsNothing) {
+    loop.call_later(5, [&] { fail(5); });
+    loop.call_later(6, [&] { ++run_time.Link.Interruptions[Pod::numbered(50)]; });
+    EXPECT_EQ(transmit(OneFiveFifty), Pods{1});
+    EXPECT_EQ(driver.recorded("Tx").size(), 2u);
 }
 
-TEST_F(TransmissionTest, PodThatFailsItsTransmissionStaysDeselected) {
-    select({3, 7, 12});
-    during_send_ = [&] {
-        if (link_.ZavSelected[6] == 1) remove(7);
-    };
-    transmission_.transmit_config();
-    EXPECT_EQ(sent_.size(), 3u);
-    EXPECT_EQ(selected(), (Pods{3, 12}));
-    EXPECT_EQ(link_.NumSelected, 2);
+TEST_F(TransmissionTest, APodThatFailsInItsTurnGetsNoMoreAndTheOthersGoOn) {
+    loop.call_later(25, [&] { fail(5); });
+    EXPECT_EQ(transmit(OneFiveFifty), (Pods{1, 50}));
+    EXPECT_EQ(driver.recorded("Tx 5 "), Lines{"Tx 5 SP<00><00><00><00>"});
+}
+
+TEST_F(TransmissionTest, ItsPodsStandWhateverIsSelectedMeanwhile) {
+    run_time.Link.ZavSelected = {Pod::numbered(1), Pod::numbered(50)};
+    loop.call_later(5, [&] { run_time.Link.ZavSelected = {Pod::numbered(5)}; });
+    EXPECT_EQ(transmit(run_time.Link.ZavSelected), (Pods{1, 50}));
+    EXPECT_EQ(pods_with(run_time.Link.ZavSelected), Pods{5});
+}
+
+TEST_F(TransmissionTest, ASecondOneInsideTheFirstDoesNothing) {
+    loop.call_later(5, [&] { EXPECT_EQ(transmit(OneFiveFifty), Pods{}); });
+    EXPECT_EQ(transmit({Pod::numbered(1)}), Pods{1});
+    EXPECT_EQ(driver.recorded("Tx").size(), 2u);
+    EXPECT_EQ(transmit({Pod::numbered(5)}), Pods{5});
 }
 
 TEST_F(TransmissionTest, WhatAPodWasSentDiffersFromWhatIsConfiguredSince) {
-    PodConfig& pod = configuration_.ZavConfig[6];
-    EXPECT_FALSE(held_.differs(6)) << "nothing is known of it";
-    held_.note(6);
-    pod.Channel[0].Label = "Oven";
-    EXPECT_FALSE(held_.differs(6)) << "labels are not sent";
-    pod.ScanPeriod = 500;
-    EXPECT_TRUE(held_.differs(6));
-    select({3, 7});
-    during_send_ = [&] { remove(7); };
-    transmission_.transmit_config();
-    EXPECT_TRUE(held_.differs(6)) << "it did not come through";
-    link_.PollTable.InPollTable[6] = 1;
-    during_send_ = nullptr;
-    select({7});
-    transmission_.transmit_config();
-    EXPECT_FALSE(held_.differs(6));
-    held_.forget(6);
-    EXPECT_TRUE(held_.differs(6));
-    pod.TypeCode = NoDevice;
-    EXPECT_FALSE(held_.differs(6)) << "nothing would be sent";
+    const Pod five = Pod::numbered(5);
+    EXPECT_FALSE(sent.differs(five)) << "nothing is known of it";
+    transmit({five});
+    config(5).Channel[0].Label = "Oven";
+    EXPECT_FALSE(sent.differs(five)) << "labels are not sent";
+    config(5).ScanPeriod = 2;
+    EXPECT_TRUE(sent.differs(five));
+    driver.pod(5).tx_status = 1;
+    EXPECT_EQ(transmit({five}), Pods{});
+    EXPECT_TRUE(sent.differs(five)) << "it did not come through";
+    driver.pod(5).tx_status = 0;
+    transmit({five});
+    EXPECT_FALSE(sent.differs(five));
+    sent.forget(five);
+    EXPECT_TRUE(sent.differs(five));
+    config(5).TypeCode = NoDevice;
+    EXPECT_FALSE(sent.differs(five)) << "nothing would be sent";
 }
 
-TEST_F(TransmissionTest, PodRemovedWhileAnotherIsSentToStaysDeselected) {
-    select({3, 7, 12});
-    during_send_ = [&] {
-        if (link_.ZavSelected[11] == 1) remove(3);
-    };
-    transmission_.transmit_config();
-    EXPECT_EQ(selected(), (Pods{7, 12}));
-    EXPECT_EQ(link_.NumSelected, 2);
-}
-
-TEST_F(TransmissionTest, PodOutsideThePollTableKeepsItsSelection) {
-    remove(7);
-    select({7, 12});
-    transmission_.transmit_config();
-    EXPECT_EQ(selected(), (Pods{7, 12}));
-    EXPECT_EQ(link_.NumSelected, 2);
-}
-
-TEST_F(TransmissionTest, SelectionMadeMeanwhileNeverSharesAString) {
-    select({3, 12});
-    during_send_ = [&] { link_.ZavSelected[6] = 1; };
-    transmission_.transmit_config();
-    EXPECT_EQ(sent_, (Sent{"3: SP'0';CH1MO000;", "12: SP'0';CH1MO000;"}));
-    EXPECT_EQ(selected(), (Pods{3, 12}));
-}
-
-TEST_F(TransmissionTest, SecondOneInsideTheFirstDoesNothing) {
-    select({3, 12});
-    during_send_ = [&] {
-        EXPECT_TRUE(transmission_.transmitting());
-        transmission_.transmit_config();
-    };
-    transmission_.transmit_config();
-    EXPECT_EQ(sent_.size(), 2u);
-    EXPECT_EQ(selected(), (Pods{3, 12}));
-    EXPECT_FALSE(transmission_.transmitting());
-}
-
-TEST_F(TransmissionTest, UnexpectedFailureIsReported) {
-    set_ident(status_[2], "NC          ");
-    dialogs_.at_box([](const test::ShownBox&) { throw std::runtime_error("no display"); });
-    EXPECT_THROW(transmission_.load_config(2), ProgramEnded);
-    EXPECT_EQ(failures_.reports, (std::vector<std::string>{"0 confact/load_config: no display"}));
+TEST_F(TransmissionTest, AnUnexpectedFailureIsReportedUnderItsTraceName) {
+    config(5).TypeCode = Type8R;
+    dialogs.at_box([&](const test::ShownBox&) {
+        dialogs.at_box(nullptr);
+        throw std::runtime_error("no display");
+    });
+    EXPECT_THROW(transmission.load_config(Pod::numbered(5)), ProgramEnded);
+    EXPECT_EQ(dialogs.boxes.back().text,
+              "A serious error has occurred in KAVORIX at confact/load_config\n\n"
+              "Error code : 0, no display\n\r\nKAVORIX will stop");
 }
 
 }  // namespace

@@ -100,8 +100,8 @@ struct ConfigStation {
     PodStatuses& status = *status_owner;
     ScriptedDialogs dialogs;
     VirtualEventLoop loop;
-    MainScreen screen;
-    MessageLine message_line{screen, dialogs};
+    Message line;
+    MessageLine message_line{line, dialogs};
     RecordingFailures failures;
     ConfigFiles config_files;
 };

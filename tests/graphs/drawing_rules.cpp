@@ -17,24 +17,19 @@ namespace {
 
 using testing::ElementsAre;
 
-std::vector<std::string> labels(const TimeTicks& ticks) {
-    std::vector<std::string> result;
-    for (const TimeTick& tick : ticks.ticks) result.push_back(tick.label);
-    return result;
+// The labels of ticks, between bars.
+std::string labels(const TimeTicks& ticks) {
+    std::string all;
+    for (const TimeTick& tick : ticks.ticks) all += (all.empty() ? "" : "|") + tick.label;
+    return all;
 }
 
 TEST(ElapsedTicks, StandAtRoundTimes) {
-    EXPECT_THAT(
-        labels(elapsed_ticks({0, 60}, 8)),
-        ElementsAre("0:00:00", "0:00:10", "0:00:20", "0:00:30", "0:00:40", "0:00:50", "0:01:00"));
-    EXPECT_THAT(labels(elapsed_ticks({3595, 3605}, 6)),
-                ElementsAre("0:59:56", "0:59:58", "1:00:00", "1:00:02", "1:00:04"));
-    EXPECT_THAT(labels(elapsed_ticks({0.9, 1.4}, 3)),
-                ElementsAre("0:00:01.0", "0:00:01.2", "0:00:01.4"));
+    EXPECT_EQ(labels(elapsed_ticks({0, 60}, 8)),
+              "0:00:00|0:00:10|0:00:20|0:00:30|0:00:40|0:00:50|0:01:00");
+    EXPECT_EQ(labels(elapsed_ticks({3595, 3605}, 6)), "0:59:56|0:59:58|1:00:00|1:00:02|1:00:04");
+    EXPECT_EQ(labels(elapsed_ticks({0.9, 1.4}, 3)), "0:00:01.0|0:00:01.2|0:00:01.4");
     EXPECT_EQ(elapsed_ticks({0, 60}, 8).between.size(), 13U);
-}
-
-TEST(ElapsedTicks, AreNeverMoreThanAskedFor) {
     for (double length = 0.3; length < 30 * 86400; length *= 1.07)
         for (const int most : {3, 6, 12}) {
             const std::size_t count = elapsed_ticks({12.3, 12.3 + length}, most).ticks.size();
@@ -42,47 +37,44 @@ TEST(ElapsedTicks, AreNeverMoreThanAskedFor) {
         }
 }
 
-TrendData started_at(const WallTime& start, int rows) {
-    TrendData data(1, 100000);
+// Adds rows, one a second, from `start` on.
+void add_rows(TrendData& data, WallTime start, int rows) {
     const float value = 0;
-    for (int i = 0; i < rows; ++i) data.append(i, add_milliseconds(start, i * 1000LL), {&value, 1});
-    return data;
+    for (int i = 0; i < rows; ++i, start = add_milliseconds(start, 1000))
+        data.append(static_cast<double>(data.end_row()), start, {&value, 1});
 }
 
 TEST(ClockTicks, StandAtRoundTimesOfDayWithTheDateWhereItIsNew) {
-    const TrendData data = started_at({2026, 12, 31, 23, 58, 30, 0}, 200);
+    TrendData data(1, 1000);
+    EXPECT_TRUE(clock_ticks(data, {0, 60}, 5).ticks.empty()) << "no rows";
+    add_rows(data, {2026, 12, 31, 23, 58, 30, 0}, 200);
     const TimeTicks ticks = clock_ticks(data, {0, 180}, 4);
-    EXPECT_THAT(labels(ticks), ElementsAre("23:59\n31 Dec 2026", "00:00\n1 Jan 2027", "00:01"));
-    EXPECT_EQ(ticks.ticks[0].time_s, 30);
-    EXPECT_EQ(ticks.ticks[2].time_s, 150);
+    EXPECT_EQ(labels(ticks), "23:59\n31 Dec 2026|00:00\n1 Jan 2027|00:01");
+    EXPECT_EQ(std::pair(ticks.ticks[0].time_s, ticks.ticks[2].time_s), std::pair(30.0, 150.0));
+    TrendData jumping(1, 1000);
+    add_rows(jumping, {2026, 1, 5, 8, 0, 0, 0}, 60);
+    add_rows(jumping, {2026, 1, 5, 12, 1, 0, 0}, 60);
+    EXPECT_EQ(labels(clock_ticks(jumping, {0, 119}, 4)),
+              "08:00:00\n5 Jan 2026|08:00:30|12:01:00|12:01:30");
 }
 
-TEST(ClockTicks, JumpWithTheClock) {
-    TrendData data = started_at({2026, 1, 5, 8, 0, 0, 0}, 60);
-    const float value = 0;
-    for (int i = 60; i < 120; ++i)
-        data.append(i, add_milliseconds({2026, 1, 5, 12, 0, 0, 0}, i * 1000LL), {&value, 1});
-    EXPECT_THAT(labels(clock_ticks(data, {0, 119}, 4)),
-                ElementsAre("08:00:00\n5 Jan 2026", "08:00:30", "12:01:00", "12:01:30"));
-}
+using Edges = std::array<double, 4>;
 
-TEST(ClockTicks, AreNoneWithoutRows) {
-    EXPECT_TRUE(clock_ticks(TrendData(1, 5), {0, 60}, 5).ticks.empty());
+Edges edges(const PixelBox& box) {
+    return {box.left, box.right(), box.top, box.bottom()};
 }
 
 TEST(OnPage, CountsFractionsFromBelow) {
-    const PixelBox box = on_page({0.1, 0.9, 0.2, 0.7}, 1000, 500);
-    EXPECT_DOUBLE_EQ(box.left, 100);
-    EXPECT_DOUBLE_EQ(box.right(), 900);
-    EXPECT_DOUBLE_EQ(box.top, 150);
-    EXPECT_DOUBLE_EQ(box.bottom(), 400);
+    const Edges found = edges(on_page({0.125, 0.875, 0.25, 0.75}, 1000, 500));
+    EXPECT_EQ(found, (Edges{125, 875, 125, 375}));
 }
 
 TEST(LegendCells, FillTheBoxFourAndFour) {
     const PixelBox box{0, 7, 1200, 98};
-    for (int entries = 1; entries <= 64; ++entries) {
-        const auto cells = legend_cells(box, entries, 22);
-        ASSERT_EQ(cells.size(), static_cast<std::size_t>(entries));
+    for (int entries = 1; entries <= 128; ++entries) {
+        // Lines of 40 do not all fit.
+        const auto cells = legend_cells(box, (entries + 1) / 2, entries % 2 == 0 ? 22 : 40);
+        ASSERT_EQ(cells.size(), static_cast<std::size_t>((entries + 1) / 2));
         for (std::size_t i = 0; i < cells.size(); ++i) {
             EXPECT_GE(cells[i].top, box.top);
             EXPECT_LE(cells[i].bottom(), box.bottom() + 1e-9);
@@ -97,37 +89,40 @@ TEST(LegendCells, FillTheBoxFourAndFour) {
     EXPECT_EQ(cells[4].top - cells[0].top, 22);
 }
 
-TEST(Bars, ReachFromZeroToTheirValue) {
-    const PixelBox area{100, 50, 400, 200};
-    const float values[] = {1, -2, 0};
-    const auto shapes = bar_shapes(values, {-2, 2}, area);
-    ASSERT_EQ(shapes.size(), 3U);
-    EXPECT_EQ(shapes[0].box.top, 100);
-    EXPECT_EQ(shapes[0].box.bottom(), 150);
-    EXPECT_EQ(shapes[1].box.top, 150);
-    EXPECT_EQ(shapes[1].box.bottom(), 250);
-    EXPECT_EQ(shapes[2].box.height, 0);
-    EXPECT_EQ(shapes[2].out, OutOfRange::No);
-    EXPECT_LT(shapes[0].box.right(), shapes[1].box.left);
-}
-
-TEST(Bars, SayWhenTheirValueIsOutOfRange) {
-    const PixelBox area{0, 0, 100, 100};
-    const float values[] = {5,
-                            0.5F,
-                            2,
-                            1,
-                            std::numeric_limits<float>::infinity(),
-                            std::numeric_limits<float>::quiet_NaN()};
-    const auto shapes = bar_shapes(values, {1, 2}, area);
-    EXPECT_EQ(shapes[0].out, OutOfRange::Above);
-    EXPECT_EQ(shapes[0].box.height, 100);
-    EXPECT_EQ(shapes[1].out, OutOfRange::Below);
-    EXPECT_EQ(shapes[1].box.height, 0);
-    EXPECT_EQ(shapes[2].out, OutOfRange::No);
-    EXPECT_EQ(shapes[3].out, OutOfRange::No);
-    EXPECT_EQ(shapes[4].out, OutOfRange::Above);
-    EXPECT_FALSE(shapes[5].value);
+// Bars of 62 % of their place stand on zero, or on the end of the range that is nearest to it.
+TEST(Bars, ReachFromZeroToTheirValueWithinTheRange) {
+    constexpr float Infinite = std::numeric_limits<float>::infinity();
+    struct Bar {
+        float value;
+        double top, bottom;
+        OutOfRange out;
+    };
+    const auto expect_bars = [](const ValueRange& range, const std::vector<Bar>& bars) {
+        std::vector<float> values;
+        for (const Bar& bar : bars) values.push_back(bar.value);
+        const auto shapes = bar_shapes(values, range, {100, 50, 400, 200});
+        ASSERT_EQ(shapes.size(), bars.size());
+        const double place = 400.0 / static_cast<double>(bars.size());
+        for (std::size_t i = 0; i < bars.size(); ++i) {
+            const double centre = 100 + place * (static_cast<double>(i) + 0.5);
+            const double half = std::min(place * 0.62, 90.0) / 2;
+            EXPECT_EQ(shapes[i].value, !std::isnan(bars[i].value));
+            EXPECT_EQ(shapes[i].out, bars[i].out) << i;
+            const Edges expected = {centre - half, centre + half, bars[i].top, bars[i].bottom};
+            for (std::size_t edge = 0; edge < 4; ++edge)
+                EXPECT_NEAR(edges(shapes[i].box)[edge], expected[edge], 1e-9) << i << " " << edge;
+        }
+    };
+    expect_bars({-2, 2}, {{1, 100, 150, OutOfRange::No},
+                          {-2, 150, 250, OutOfRange::No},
+                          {0, 150, 150, OutOfRange::No}});
+    expect_bars({1, 2}, {{5, 50, 250, OutOfRange::Above},
+                         {0.5F, 250, 250, OutOfRange::Below},
+                         {2, 50, 250, OutOfRange::No},
+                         {1, 250, 250, OutOfRange::No},
+                         {Infinite, 50, 250, OutOfRange::Above},
+                         {NAN, 250, 250, OutOfRange::No}});
+    expect_bars({-2, -1}, {{-2, 50, 250, OutOfRange::No}});
 }
 
 TEST(TrendCsv, QuotesNamesThatNeedIt) {

@@ -13,23 +13,6 @@ namespace {
 
 constexpr long long Hour_ms = 3600 * 1000;
 
-// Hands the poll cycle's rows to the graph.
-class GraphFeeding : public PollConsumers {
-  public:
-    LiveGraph* graph = nullptr;
-    long long rows = 0;
-
-    void refresh_stream0() override {}
-    void refresh_stream1() override {}
-    void show_events() override {}
-    void Write_Log_File(std::int16_t, std::int16_t, std::int32_t) override {}
-    bool graph_exists() override { return graph->exists(); }
-    void WRUpdateData(std::span<const float> samples) override {
-        ++rows;
-        graph->WRUpdateData(samples);
-    }
-};
-
 class NoGraphWindow : public GraphWindow {
   public:
     void show_graph() override {}
@@ -39,7 +22,11 @@ class NoGraphWindow : public GraphWindow {
 class FeedingTest : public testing::Test, protected Rig {
   protected:
     FeedingTest() {
-        feeding.graph = &live;
+        told.counting = true;
+        cycle.sample.always([this](std::span<const float> samples) {
+            ++rows;
+            live.WRUpdateData(samples);
+        });
         station({{3, "7RJA 0F 1.00"}});
         driver.recording = false;
         select({3});
@@ -53,8 +40,7 @@ class FeedingTest : public testing::Test, protected Rig {
         run_time.Graph.Settings.Hours = hours;
         run_time.Graph.Settings.Minutes = minutes;
         live.view_graph();
-        run_time.Poll.PollStarted = 0;
-        polls->start(run_time.Link.PollTick);
+        polling.start();
     }
     void reading(float first, float fifth, std::vector<std::int16_t> codes = {}) {
         driver.pod(3).waiting[0].push_back(scan({first, 0, 0, 0, fifth}, std::move(codes)));
@@ -67,17 +53,11 @@ class FeedingTest : public testing::Test, protected Rig {
         return result;
     }
 
-    GraphFeeding feeding;
+    long long rows = 0;
     NoGraphWindow window;
     PagePlot plot{loop};
     LiveGraph live{{run_time.Graph, run_time.Status, run_time.Link, configuration.ZavConfig,
-                    dialogs, failures, main_window, plot, window}};
-    std::unique_ptr<Timer> polls = loop.make_timer([this] { polling.tmrPoll_Timer(); });
-    PollCycle polling{{driver, loop, dialogs, screen, message_line, error_log, failures,
-                       main_window, configuration, run_time, *polls},
-                      link,
-                      decoder,
-                      feeding};
+                    dialogs, failures, plot, window}};
 };
 
 TEST_F(FeedingTest, ARowIsTheReadingThatStrayedFarthestFromTheLastOne) {
@@ -121,13 +101,13 @@ TEST_F(FeedingTest, AnInvalidReadingLeavesTheLineWhereItWas) {
 TEST_F(FeedingTest, ALateTickRepeatsTheRowForEveryIntervalThatPassed) {
     start(0, 1);
     loop.run_for(1150);  // the first tick starts the count
-    EXPECT_EQ(feeding.rows, 1);
+    EXPECT_EQ(rows, 1);
     loop.advance(3700);
     loop.run_for(60);
-    EXPECT_EQ(feeding.rows, 4);
+    EXPECT_EQ(rows, 4);
     EXPECT_EQ(data().time(3), 3);
     loop.run_for(350);
-    EXPECT_EQ(feeding.rows, 5) << "the rest of the late time counts towards the next row";
+    EXPECT_EQ(rows, 5) << "the rest of the late time counts towards the next row";
 }
 
 TEST_F(FeedingTest, ADayOfTrendIsHeldInItsSpan) {
@@ -146,7 +126,7 @@ TEST_F(FeedingTest, ADayOfTrendIsHeldInItsSpan) {
     next();
     loop.run_for(24 * Hour_ms + 600);
 
-    EXPECT_EQ(feeding.rows, 24 * 600);
+    EXPECT_EQ(rows, 24 * 600);
     EXPECT_EQ(data().end_row() - data().first_row(), 14392U);
     EXPECT_EQ(data().range().length(), 14391 * 6);
     EXPECT_EQ(data().clock().size(), 1U);

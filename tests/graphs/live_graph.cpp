@@ -2,8 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <optional>
-
 #include "recording_plot.h"
 #include "support/recording_failures.h"
 #include "support/rig.h"
@@ -28,7 +26,7 @@ class LiveGraphTest : public testing::Test {
         choose(7, 12);
     }
 
-    void select(int pod) { link.ZavSelected[at(pod - 1)] = 1; }
+    void select(int pod) { link.ZavSelected.add(Pod::numbered(pod)); }
     void choose(int pod, int channel) { graph.TrendSelected[at(pod - 1)][at(channel - 1)] = 1; }
     Lines view() {
         live.view_graph();
@@ -45,10 +43,9 @@ class LiveGraphTest : public testing::Test {
     std::unique_ptr<PodConfigs> pods = std::make_unique<PodConfigs>();
     ScriptedDialogs dialogs;
     RecordingFailures failures;
-    RecordingMainWindow main_window;
     RecordingPlot plot;
     RecordingGraphWindow window;
-    LiveGraph live{{graph, *status, link, *pods, dialogs, failures, main_window, plot, window}};
+    LiveGraph live{{graph, *status, link, *pods, dialogs, failures, plot, window}};
 };
 
 TEST_F(LiveGraphTest, TrendIsBuiltOperationByOperation) {
@@ -181,14 +178,12 @@ TEST_F(LiveGraphTest, CancelKeepsATrendOpen) {
 
 TEST_F(LiveGraphTest, ClosingATrendFreesGraphAndDataSet) {
     view();
-    main_window.calls.clear();
     dialogs.answer(Answer::Ok);
     EXPECT_TRUE(live.unload_request());
     EXPECT_THAT(plot.calls, ElementsAre("WRDeleteRTGraph 2", "WRFreeDynDataSet 3"));
     EXPECT_FALSE(live.exists());
     EXPECT_EQ(graph.TrendRunning, 0);
     EXPECT_THAT(window.calls, ElementsAre("show", "close"));
-    EXPECT_THAT(main_window.calls, ElementsAre("CheckItems"));
 }
 
 TEST_F(LiveGraphTest, ClosingBarsDoesNotAskEvenWhenTheSettingsWereResetMeanwhile) {
@@ -198,23 +193,6 @@ TEST_F(LiveGraphTest, ClosingBarsDoesNotAskEvenWhenTheSettingsWereResetMeanwhile
     EXPECT_TRUE(live.unload_request());
     EXPECT_THAT(dialogs.boxes, IsEmpty());
     EXPECT_EQ(graph.TrendRunning, 0);
-}
-
-TEST_F(LiveGraphTest, AvailabilityIsRecomputedOnceTheGraphRuns) {
-    std::optional<int> running;
-    struct Asking : MainWindow {
-        GraphState& graph;
-        std::optional<int>& running;
-        Asking(GraphState& g, std::optional<int>& r) : graph(g), running(r) {}
-        void ConfigItems(std::int16_t) override {}
-        void CheckItems() override { running = graph.TrendRunning; }
-        void IconReverse(int) override {}
-        void ClearScreen() override {}
-        void StatusRefresh() override {}
-    } asking{graph, running};
-    main_window.target = &asking;
-    view();
-    EXPECT_EQ(running, 1);
 }
 
 TEST_F(LiveGraphTest, OtherColoursAreGivenToTextsAndLines) {
@@ -233,8 +211,7 @@ TEST_F(LiveGraphTest, PrintingIsTheDrawingLayers) {
 
 TEST_F(LiveGraphTest, TheProgramsEndCleansUp) {
     {
-        LiveGraph ending{
-            {graph, *status, link, *pods, dialogs, failures, main_window, plot, window}};
+        LiveGraph ending{{graph, *status, link, *pods, dialogs, failures, plot, window}};
         ending.view_graph();
         plot.take_calls();
     }

@@ -33,100 +33,93 @@ class RecordingPlot : public Plot {
     }
 
     PlotHandle WGCreatePage(std::string_view name) override {
-        note("WGCreatePage", name);
+        note(__func__, name);
         return add();
     }
-    PlotHandle WGCreateGraph(PlotHandle page) override {
-        note("WGCreateGraph", page);
+    PlotHandle WGCreateGraph(PlotHandle p) override {
+        note(__func__, p);
         return add();
     }
-    void WGEnableDialogs(bool enabled) override { note("WGEnableDialogs", enabled ? "on" : "off"); }
-    void WGSetPlotArea(PlotHandle graph, const PlotBox& area) override {
-        note("WGSetPlotArea", graph, area.left, area.right, area.bottom, area.top);
+    void WGEnableDialogs(bool enabled) override { note(__func__, enabled ? "on" : "off"); }
+    void WGSetPlotArea(PlotHandle g, const PlotBox& box) override { note(__func__, g, box); }
+    void WGScalePlotArea(PlotHandle g, const PlotScale& scale) override {
+        note(__func__, g, scale);
     }
-    void WGScalePlotArea(PlotHandle graph, const PlotScale& scale) override {
-        note("WGScalePlotArea", graph, scale.x_minimum, scale.x_maximum, scale.y_minimum,
-             scale.y_maximum);
+    void WGSetXYIntercepts(PlotHandle g, double x, double y) override { note(__func__, g, x, y); }
+    void WGSetTextByName(PlotHandle g, std::string_view font, std::uint32_t rgb) override {
+        note(__func__, g, font, rgb);
     }
-    void WGSetXYIntercepts(PlotHandle graph, double x, double y) override {
-        note("WGSetXYIntercepts", graph, x, y);
+    void WGSetLineStyle(PlotHandle g, int line, std::uint32_t rgb, Dash dash) override {
+        note(__func__, g, line, rgb, dash);
     }
-    void WGSetTextByName(PlotHandle graph, std::string_view font, std::uint32_t rgb) override {
-        note("WGSetTextByName", graph, font, rgb);
+    void WGDrawYAxis(PlotHandle g) override { note(__func__, g); }
+    void WGLabelAxis(PlotHandle g, PlotAxis axis) override { note(__func__, g, axis); }
+    void WGTitleAxis(PlotHandle g, PlotAxis axis, std::string_view title) override {
+        note(__func__, g, axis, title);
     }
-    void WGSetLineStyle(PlotHandle graph, int line, std::uint32_t rgb, Dash dash) override {
-        note("WGSetLineStyle", graph, line, rgb, dash == Dash::Solid ? "solid" : "dashed");
-    }
-    void WGDrawYAxis(PlotHandle graph) override { note("WGDrawYAxis", graph); }
-    void WGLabelAxis(PlotHandle graph, PlotAxis axis) override {
-        note("WGLabelAxis", graph, name(axis));
-    }
-    void WGTitleAxis(PlotHandle graph, PlotAxis axis, std::string_view title) override {
-        note("WGTitleAxis", graph, name(axis), title);
-    }
-    void WGTitleGraph(PlotHandle graph, std::string_view title) override {
-        note("WGTitleGraph", graph, title);
-    }
+    void WGTitleGraph(PlotHandle g, std::string_view title) override { note(__func__, g, title); }
     std::uint32_t WGGetRGBColor(int number) override {
         return 1000U + static_cast<std::uint32_t>(number);
     }
-    void WGUpdatePage(PlotHandle page) override { note("WGUpdatePage", page); }
-    bool WGIsDescValid(PlotHandle handle) override { return handles.count(handle) > 0; }
+    void WGUpdatePage(PlotHandle p) override { note(__func__, p); }
+    bool WGIsDescValid(PlotHandle h) override { return handles.count(h) > 0; }
     std::int16_t WGGetLastError() override { return error; }
-    void WGPrinterSetup() override { note("WGPrinterSetup"); }
-    void WGPrintGraph(PlotHandle page) override { note("WGPrintGraph", page); }
-    PlotHandle WRDefineDynDataSet(PlotHandle graph, std::string_view data_name, int channels,
+    void WGPrinterSetup() override { note(__func__); }
+    void WGPrintGraph(PlotHandle p) override { note(__func__, p); }
+    PlotHandle WRDefineDynDataSet(PlotHandle g, std::string_view data_name, int channels,
                                   double interval_s, double span_s) override {
-        note("WRDefineDynDataSet", graph, data_name, channels, interval_s, span_s);
+        note(__func__, g, data_name, channels, interval_s, span_s);
         return add();
     }
-    void WRSetDynText(PlotHandle set, std::string_view text) override {
-        note("WRSetDynText", set, text);
-    }
-    void WRUpdateData(PlotHandle set, std::span<const float> row) override {
+    void WRSetDynText(PlotHandle s, std::string_view text) override { note(__func__, s, text); }
+    void WRUpdateData(PlotHandle s, std::span<const float> row) override {
         std::string values;
         for (const float value : row) values += (values.empty() ? "" : " ") + general(value);
-        note("WRUpdateData", set, values);
+        note(__func__, s, values);
     }
-    void WRSetScrollGraph(PlotHandle graph, PlotHandle set) override {
-        note("WRSetScrollGraph", graph, set);
-    }
-    void WRSetBargraph(PlotHandle graph, PlotHandle set) override {
-        note("WRSetBargraph", graph, set);
-    }
-    void WRDrawTimeAxis(PlotHandle graph) override { note("WRDrawTimeAxis", graph); }
-    void WRLabelTimeAxis(PlotHandle graph) override { note("WRLabelTimeAxis", graph); }
-    void WRStartTimeLabelsUpdate(PlotHandle graph) override {
-        note("WRStartTimeLabelsUpdate", graph);
-    }
-    void WRDynGrid(PlotHandle graph) override { note("WRDynGrid", graph); }
-    void WRDynLegendPtr(PlotHandle graph, PlotHandle set, std::string_view legend,
+    void WRSetScrollGraph(PlotHandle g, PlotHandle s) override { note(__func__, g, s); }
+    void WRSetBargraph(PlotHandle g, PlotHandle s) override { note(__func__, g, s); }
+    void WRDrawTimeAxis(PlotHandle g) override { note(__func__, g); }
+    void WRLabelTimeAxis(PlotHandle g) override { note(__func__, g); }
+    void WRStartTimeLabelsUpdate(PlotHandle g) override { note(__func__, g); }
+    void WRDynGrid(PlotHandle g) override { note(__func__, g); }
+    void WRDynLegendPtr(PlotHandle g, PlotHandle s, std::string_view legend,
                         const PlotBox& box) override {
-        note("WRDynLegendPtr", graph, set, legend, box.left, box.right, box.bottom, box.top);
+        note(__func__, g, s, legend, box);
     }
-    void WRDeleteRTGraph(PlotHandle graph) override {
-        note("WRDeleteRTGraph", graph);
-        handles.erase(graph);
+    void WRDeleteRTGraph(PlotHandle g) override {
+        note(__func__, g);
+        handles.erase(g);
     }
-    void WRFreeDynDataSet(PlotHandle set) override {
-        note("WRFreeDynDataSet", set);
-        handles.erase(set);
+    void WRFreeDynDataSet(PlotHandle s) override {
+        note(__func__, s);
+        handles.erase(s);
     }
-    void WRCleanup() override { note("WRCleanup"); }
+    void WRCleanup() override { note(__func__); }
 
   private:
     static std::string text(std::string_view value) { return std::string(value); }
-    static std::string text(const char* value) { return value; }
-    static std::string text(const std::string& value) { return value; }
     static std::string text(double value) { return shortest(value); }
     static std::string text(int value) { return std::to_string(value); }
     static std::string text(std::uint32_t value) { return std::to_string(value); }
-    static const char* name(PlotAxis axis) { return axis == PlotAxis::X ? "X" : "Y"; }
+    static std::string text(PlotAxis axis) { return axis == PlotAxis::X ? "X" : "Y"; }
+    static std::string text(Dash dash) { return dash == Dash::Solid ? "solid" : "dashed"; }
+    static std::string text(const PlotBox& box) {
+        return texts(box.left, box.right, box.bottom, box.top);
+    }
+    static std::string text(const PlotScale& scale) {
+        return texts(scale.x_minimum, scale.x_maximum, scale.y_minimum, scale.y_maximum);
+    }
 
     template <class... Values>
-    void note(std::string call, const Values&... values) {
-        ((call += " " + text(values)), ...);
-        calls.push_back(std::move(call));
+    static std::string texts(const Values&... values) {
+        std::string all;
+        ((all += (all.empty() ? "" : " ") + text(values)), ...);
+        return all;
+    }
+    template <class... Values>
+    void note(const char* call, const Values&... values) {
+        calls.push_back(texts(call, values...));
     }
 
     PlotHandle add() {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <functional>
 #include <random>
 
 namespace kavorix::test {
@@ -12,53 +14,63 @@ TrendLimits limits_at(double newest) {
     return trend_limits({std::max(0.0, newest - 61), newest}, 60, 1);
 }
 
-TEST(TrendView, FillsFromTheLeftAndThenMovesOn) {
-    TrendView view = all_shown({}, limits_at(0));
-    struct Case {
+TrendView held_at(const TimeRange& time) {
+    return time_shown(all_shown({}, limits_at(500)), time, limits_at(500));
+}
+
+// What becomes of a view, with the newest row at `newest` s.
+TEST(TrendView, FollowsTheNewestRowOrIsHeld) {
+    struct Row {
+        const char* what;
+        TrendView before;
+        std::function<TrendView(const TrendView&, const TrendLimits&)> move;
         double newest;
         TimeRange time;
+        bool following;
     };
-    for (const Case& c : {Case{0, {0, 60}}, Case{30, {0, 60}}, Case{60, {0, 60}}, Case{61, {1, 61}},
-                          Case{500, {440, 500}}}) {
-        view = settled(view, limits_at(c.newest));
-        EXPECT_EQ(view.time, c.time) << c.newest;
-        EXPECT_TRUE(view.following);
+    const TrendView whole = all_shown({}, limits_at(0));
+    const TrendView late = all_shown({}, limits_at(500));
+    const auto pan = [](double by_s) {
+        return [=](const TrendView& v, const TrendLimits& l) { return time_panned(v, by_s, l); };
+    };
+    const auto zoom = [](double factor, double around_s) {
+        return [=](const TrendView& v, const TrendLimits& l) {
+            return time_zoomed(v, factor, around_s, l);
+        };
+    };
+    const Row rows[] = {
+        {"fills from the left", whole, settled, 30, {0, 60}, true},
+        {"until it is full", whole, settled, 60, {0, 60}, true},
+        {"then moves on", whole, settled, 61, {1, 61}, true},
+        {"for ever", whole, settled, 500, {440, 500}, true},
+        {"zooming keeps what is under the pointer",
+         late,
+         zoom(0.5, 455),
+         500,
+         {447.5, 477.5},
+         false},
+        {"and back", held_at({447.5, 477.5}), zoom(2, 455), 500, {440, 500}, true},
+        {"around the newest row it goes on following", late, zoom(0.5, 500), 500, {470, 500}, true},
+        {"no nearer than five rows", late, zoom(1e-6, 470), 500, {467.5, 472.5}, false},
+        {"a held one stays", held_at({450, 460}), settled, 505, {450, 460}, false},
+        {"until its rows are dropped", held_at({450, 460}), settled, 530, {470, 480}, false},
+        {"panning moves it", held_at({450, 460}), pan(20), 500, {470, 480}, false},
+        {"to the newest row, where it follows again",
+         held_at({450, 460}),
+         pan(1000),
+         500,
+         {490, 500},
+         true},
+        {"back no further than the span", held_at({450, 460}), pan(-1000), 500, {440, 450}, false},
+        {"told to follow it keeps its width", held_at({450, 460}), follow, 500, {490, 500}, true},
+        {"or shows all", held_at({450, 460}), all_shown, 500, {440, 500}, true},
+    };
+    for (const Row& row : rows) {
+        const TrendView after = row.move(row.before, limits_at(row.newest));
+        EXPECT_NEAR(after.time.begin, row.time.begin, 1e-9) << row.what;
+        EXPECT_NEAR(after.time.end, row.time.end, 1e-9) << row.what;
+        EXPECT_EQ(after.following, row.following) << row.what;
     }
-}
-
-TEST(TrendView, ZoomingKeepsWhatIsUnderThePointer) {
-    const TrendView view = all_shown({}, limits_at(500));
-    const TrendView zoomed = time_zoomed(view, 0.5, 455, limits_at(500));
-    EXPECT_FALSE(zoomed.following);
-    EXPECT_DOUBLE_EQ(zoomed.time.length(), 30);
-    EXPECT_DOUBLE_EQ((455 - zoomed.time.begin) / zoomed.time.length(), 15.0 / 60);
-    EXPECT_EQ(time_zoomed(zoomed, 2, 455, limits_at(500)), view);
-}
-
-TEST(TrendView, ZoomedAroundTheNewestRowItGoesOnFollowing) {
-    const TrendView zoomed = time_zoomed(all_shown({}, limits_at(500)), 0.5, 500, limits_at(500));
-    EXPECT_TRUE(zoomed.following);
-    EXPECT_EQ(settled(zoomed, limits_at(510)).time, (TimeRange{480, 510}));
-}
-
-TEST(TrendView, AHeldViewStaysUntilItsRowsAreDropped) {
-    TrendView view = time_shown(all_shown({}, limits_at(500)), {450, 460}, limits_at(500));
-    EXPECT_FALSE(view.following);
-    view = settled(view, limits_at(505));
-    EXPECT_EQ(view.time, (TimeRange{450, 460}));
-    view = settled(view, limits_at(530));
-    EXPECT_EQ(view.time, (TimeRange{470, 480}));
-}
-
-TEST(TrendView, PannedToTheNewestRowItFollowsAgain) {
-    const TrendLimits limits = limits_at(500);
-    TrendView view = time_shown(all_shown({}, limits), {450, 460}, limits);
-    view = time_panned(view, 20, limits);
-    EXPECT_EQ(view.time, (TimeRange{470, 480}));
-    EXPECT_FALSE(view.following);
-    view = time_panned(view, 1000, limits);
-    EXPECT_EQ(view.time, (TimeRange{490, 500}));
-    EXPECT_TRUE(view.following);
 }
 
 TEST(TrendView, NoMoveLeavesTheLimits) {
@@ -69,26 +81,16 @@ TEST(TrendView, NoMoveLeavesTheLimits) {
     double newest = 0;
     TrendView view = all_shown({}, limits_at(0));
     for (int i = 0; i < 20000; ++i) {
+        const int move = whole(0, 3);
+        if (move == 0) newest += whole(0, 5);
         const TrendLimits limits = limits_at(newest);
-        switch (whole(0, 3)) {
-            case 0:
-                newest += whole(0, 5);
-                view = settled(view, limits_at(newest));
-                break;
-            case 1:
-                view =
-                    time_zoomed(view, whole(1, 300) / 100.0,
-                                view.time.begin + view.time.length() * whole(0, 100) / 100, limits);
-                break;
-            case 2:
-                view = time_panned(view, whole(-100, 100), limits);
-                break;
-            default:
-                view = follow(view, limits);
-        }
-        const TrendLimits now = limits_at(newest);
-        ASSERT_GE(view.time.begin, now.all.begin - 1e-6);
-        ASSERT_LE(view.time.end, now.all.end + 1e-6);
+        const double around_s = view.time.begin + view.time.length() * whole(0, 100) / 100;
+        view = move == 0   ? settled(view, limits)
+               : move == 1 ? time_zoomed(view, whole(1, 300) / 100.0, around_s, limits)
+               : move == 2 ? time_panned(view, whole(-100, 100), limits)
+                           : follow(view, limits);
+        ASSERT_GE(view.time.begin, limits.all.begin - 1e-6);
+        ASSERT_LE(view.time.end, limits.all.end + 1e-6);
         ASSERT_GE(view.time.length(), 5 - 1e-6);
         ASSERT_LE(view.time.length(), 60 + 1e-6);
     }
@@ -98,18 +100,15 @@ TEST(TrendView, ValuesZoomAroundThePointerAndWithinReason) {
     EXPECT_EQ(values_zoomed({-2, 2}, 0.5, 1), (ValueRange{-0.5, 1.5}));
     ValueRange range{-2, 2};
     for (int i = 0; i < 2000; ++i) range = values_zoomed(range, 0.8, 1);
-    EXPECT_GT(range.length(), 0);
+    EXPECT_GT(range.length(), 1E-12) << "numbers around 1 are no closer";
     for (int i = 0; i < 2000; ++i) range = values_zoomed(range, 1.25, 1);
     EXPECT_LT(range.length(), 1E31);
-}
-
-TEST(TrendView, RoomAroundValues) {
     EXPECT_EQ(room_around(0, 100), (ValueRange{-5, 105}));
     EXPECT_EQ(room_around(0, 0), (ValueRange{-1, 1}));
     EXPECT_EQ(room_around(-20, -20), (ValueRange{-21, -19}));
 }
 
-TEST(OnPixels, BeginsWithAWholeColumnAndKeepsTheNewestRow) {
+TEST(TrendView, OnPixelsItBeginsWithAWholeColumnAndKeepsTheNewestRow) {
     for (double newest = 60; newest < 200; newest += 0.37) {
         const TimeRange range = on_pixels({newest - 60, newest}, 1056);
         const double width = 60.0 / 1056;

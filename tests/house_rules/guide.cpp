@@ -1,35 +1,27 @@
 // The guide keeps step with the program: it names every message that the program can show, and its
 // links lead somewhere.
 
+#include "house_rules/tree.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cctype>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
+#include <map>
 #include <regex>
 #include <set>
 
 namespace kavorix::test {
 namespace {
 
-namespace fs = std::filesystem;
-using Texts = std::vector<std::string>;
-
 const fs::path Root = KAVORIX_SOURCE_DIR;
-const fs::path MessagesPage = Root / "docs/guide/messages.md";
 
-std::string read(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-std::vector<fs::path> files_below(const fs::path& folder, const std::string& extension) {
-    std::vector<fs::path> files;
-    for (const auto& entry : fs::recursive_directory_iterator(Root / folder))
-        if (entry.path().extension() == extension) files.push_back(entry.path());
-    return files;
+// The pages of the guide and of the formats.
+std::vector<SourceFile> pages() {
+    std::vector<SourceFile> found;
+    for (const SourceFile& file : tree())
+        if (file.path.starts_with("docs/") && file.path.ends_with(".md")) found.push_back(file);
+    return found;
 }
 
 // One blank between words, no code marks.
@@ -94,15 +86,12 @@ Texts messages_in(const std::string& source, int least) {
 
 Texts messages_of_the_program(int least) {
     // Menus and their conditions have a page of their own, tested beside their tables.
-    static const std::set<std::string> Others = {"commands.cpp", "availability.cpp"};
+    static const std::regex Speaking(
+        "src/(?!sim/|model/|base/)(?!.*/(commands|availability)\\.cpp).*\\.cpp");
     Texts messages;
-    for (const fs::path& file : files_below("src", ".cpp")) {
-        const std::string room = fs::relative(file, Root / "src").begin()->string();
-        if (room == "sim" || room == "model" || room == "base") continue;
-        if (Others.contains(file.filename().string())) continue;
-        for (std::string& text : messages_in(read(file), least))
-            messages.push_back(std::move(text));
-    }
+    for (const SourceFile& file : tree())
+        if (std::regex_match(file.path, Speaking))
+            for (const std::string& text : messages_in(file.text, least)) messages.push_back(text);
     return messages;
 }
 
@@ -124,7 +113,7 @@ TEST(GuidePages, NameEveryMessageOfTheProgram) {
         "Listening for signals",
     };
     std::string guide;
-    for (const fs::path& page : files_below("docs", ".md")) guide += plain(read(page)) + "\n";
+    for (const SourceFile& page : pages()) guide += plain(page.text) + "\n";
     const Texts messages = messages_of_the_program(3);
     EXPECT_GT(messages.size(), 250u);
     std::set<std::string> missing, found(messages.begin(), messages.end());
@@ -136,7 +125,7 @@ TEST(GuidePages, NameEveryMessageOfTheProgram) {
 
 TEST(GuidePages, NameNoMessageThatTheProgramDoesNotHave) {
     const Texts messages = messages_of_the_program(2);
-    const std::string page = read(MessagesPage);
+    const std::string page = read(Root / "docs/guide/messages.md");
     static const std::regex Row(R"(\n\| ([^\n]*`[^\n]*))");
     int rows = 0;
     for (std::sregex_iterator row(page.begin(), page.end(), Row); row != std::sregex_iterator();
@@ -149,77 +138,60 @@ TEST(GuidePages, NameNoMessageThatTheProgramDoesNotHave) {
     EXPECT_GT(rows, 150);
 }
 
+// What a link to a heading ends with.
 std::string anchor_of(std::string_view heading) {
     std::string anchor;
     for (const char c : heading) {
         const auto byte = static_cast<unsigned char>(c);
-        if (std::isalnum(byte) || c == '-' || c == '_')
-            anchor += static_cast<char>(std::tolower(byte));
-        else if (c == ' ')
-            anchor += '-';
+        if (std::isalnum(byte) || c == '-' || c == '_' || c == ' ')
+            anchor += c == ' ' ? '-' : static_cast<char>(std::tolower(byte));
     }
     return anchor;
 }
 
-std::set<std::string> anchors_of(const fs::path& page) {
-    static const std::regex Heading(R"((?:^|\n)#+ ([^\n]+))");
-    std::set<std::string> anchors;
-    const std::string text = read(page);
-    for (std::sregex_iterator at(text.begin(), text.end(), Heading); at != std::sregex_iterator();
-         ++at)
-        anchors.insert(anchor_of((*at)[1].str()));
-    return anchors;
+bool has_anchor(const fs::path& page, const std::string& anchor) {
+    for (const std::string& line : split(read(page), '\n'))
+        if (const auto text = line.find_first_not_of('#');
+            line.starts_with('#') && text != line.npos)
+            if (anchor_of(line.substr(text + 1)) == anchor) return true;
+    return false;
 }
 
-// The targets of a page's links and pictures, those of the net left out.
-Texts links_of(const fs::path& page) {
-    static const std::regex Link(R"(\]\(([^)\s]+)\))");
-    const std::string text = read(page);
-    Texts links;
-    for (std::sregex_iterator at(text.begin(), text.end(), Link); at != std::sregex_iterator();
-         ++at)
-        if (const std::string target = (*at)[1].str(); !target.starts_with("http"))
-            links.push_back(target);
+// The targets of a page's links and pictures, those of the net left out, each with its anchor.
+std::vector<std::pair<fs::path, std::string>> links_of(const SourceFile& page) {
+    static const std::regex Link(R"(\]\((?!http)([^)\s#]*)#?([^)\s]*)\))");
+    std::vector<std::pair<fs::path, std::string>> links;
+    const fs::path path = Root / page.path;
+    for (std::sregex_iterator at(page.text.begin(), page.text.end(), Link), end; at != end; ++at) {
+        const std::string file = (*at)[1].str();
+        links.emplace_back(file.empty() ? path : (path.parent_path() / file).lexically_normal(),
+                           (*at)[2].str());
+    }
     return links;
 }
 
-fs::path target_of(const fs::path& page, const std::string& link) {
-    const std::string file = link.substr(0, link.find('#'));
-    return file.empty() ? page : (page.parent_path() / file).lexically_normal();
-}
-
-TEST(GuidePages, LinksLeadSomewhere) {
-    std::vector<fs::path> pages = files_below("docs", ".md");
-    pages.push_back(Root / "README.md");
-    std::string broken;
-    for (const fs::path& page : pages)
-        for (const std::string& link : links_of(page)) {
-            const fs::path target = target_of(page, link);
-            const auto hash = link.find('#');
+TEST(GuidePages, LinksLeadSomewhereAndToEveryPage) {
+    std::vector<SourceFile> all = pages();
+    all.push_back({"README.md", read(Root / "README.md")});
+    std::map<std::string, std::set<std::string>> links;
+    for (const SourceFile& page : all)
+        for (const auto& [target, anchor] : links_of(page)) {
+            const std::string path = fs::relative(target, Root).generic_string();
             // An installed guide has nothing beside it but the other pages.
-            const bool inside = page.filename() == "README.md" ||
-                                target.string().starts_with((Root / "docs").string());
-            if (!inside || !fs::exists(target) ||
-                (hash != std::string::npos && !anchors_of(target).contains(link.substr(hash + 1))))
-                broken += fs::relative(page, Root).string() + ": " + link + "\n";
+            EXPECT_TRUE(fs::exists(target) &&
+                        (page.path == "README.md" || path.starts_with("docs/")))
+                << page.path << ": " << path;
+            EXPECT_TRUE(anchor.empty() || has_anchor(target, anchor))
+                << page.path << ": " << path << "#" << anchor;
+            links[page.path].insert(path);
         }
-    EXPECT_EQ(broken, "");
-}
-
-TEST(GuidePages, AllOfThemAreReachedFromTheFirst) {
-    std::set<fs::path> reached = {Root / "docs/guide/index.md"};
-    std::vector<fs::path> ahead(reached.begin(), reached.end());
-    while (!ahead.empty()) {
-        const fs::path page = ahead.back();
-        ahead.pop_back();
-        for (const std::string& link : links_of(page)) {
-            const fs::path target = target_of(page, link);
-            if (target.extension() == ".md" && reached.insert(target).second)
-                ahead.push_back(target);
-        }
+    std::set<std::string> reached = {"docs/guide/index.md"};
+    for (std::size_t before = 0; before < reached.size();) {
+        before = reached.size();
+        for (const std::string& page : std::set(reached))
+            reached.insert(links[page].begin(), links[page].end());
     }
-    for (const fs::path& page : files_below("docs", ".md"))
-        EXPECT_TRUE(reached.contains(page)) << page;
+    for (const SourceFile& page : pages()) EXPECT_TRUE(reached.contains(page.path)) << page.path;
 }
 
 }  // namespace

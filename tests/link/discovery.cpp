@@ -1,63 +1,68 @@
+// Start-up of the link: the search for a card, the pods behind it and their status replies.
+
 #include "link/discovery.h"
 
 #include <gtest/gtest.h>
 
+#include "base/text.h"
 #include "model/catalogue.h"
+#include "support/facts.h"
 #include "support/rig.h"
 
 namespace kavorix {
 namespace {
 
 using test::C800;
+using test::facts;
 using test::Lines;
 using test::pods_with;
 using test::Rig;
-using Boxes = std::vector<test::ShownBox>;
+using test::ShownBox;
+using Boxes = std::vector<ShownBox>;
 using Pods = std::vector<int>;
 
 constexpr std::int16_t address_of(int hexadecimal) {
     return static_cast<std::int16_t>(hexadecimal);
 }
 
-class DiscoveryTest : public testing::Test, protected Rig {
-  protected:
-    LinkState& state() { return run_time.Link; }
+ShownBox connected(const std::string& address) {
+    return {"Connected to Interface Card at Address: " + address, 64, "KAVORIX"};
+}
+
+struct DiscoveryTest : testing::Test, Rig {
+    LinkState& state = run_time.Link;
     void load() { discovery.Form_Load(files, "/station/KAVORIX.INI"); }
-    test::ShownBox connected(const char* address) const {
-        return {std::string("Connected to Interface Card at Address: ") + address, 64, "KAVORIX"};
+    std::int16_t connect(int address, std::int16_t single) {
+        std::int16_t where = address_of(address);
+        const auto result = discovery.ConnectToCard(where, 250, single);
+        stopped_at = hex16(where);
+        return result;
     }
+    std::string stopped_at;
 };
 
 TEST_F(DiscoveryTest, StartUpGoesThroughItsStepsInOrder) {
     driver.cards[C800] = 7;
-    driver.add_pod(3, "7RJA 0F 1.00");
+    driver.add_pod(1, "7RJA 0F 1.00");
     driver.add_pod(50, "8SFN 0F 2.10");
     load();
     EXPECT_EQ(driver.recorded(),
               (Lines{"DLLVersion", "Connect C800", "Init 7 probing 50", "Disconnect 0",
-                     "Tx 3 RE;ST", "Tx 50 RE;ST", "String 3/3 12", "String 50/3 12"}));
-    EXPECT_EQ(main_window.calls, (Lines{"ClearScreen", "StatusRefresh", "CheckItems", "ClearScreen",
-                                        "StatusRefresh", "CheckItems", "CheckItems"}));
-    EXPECT_EQ(dialogs.boxes, (Boxes{connected("C800")}));
+                     "Tx 1 RE;ST", "Tx 50 RE;ST", "String 1/3 12", "String 50/3 12"}));
+    EXPECT_EQ(dialogs.boxes, Boxes{connected("C800")});
     EXPECT_EQ(dialogs.wait_texts,
               (Lines{" Searching for Interface Card and Connected ZAV(s).   Please wait...", ""}));
     EXPECT_EQ(dialogs.pointer, Pointer::Default);
     EXPECT_EQ(log_text(), test::LogHeader);
-    EXPECT_EQ(std::string(state().DllVersion.data()), "Scripted driver 1.0");
+    EXPECT_EQ(std::string(state.DllVersion.data()), "Scripted driver 1.0");
     EXPECT_EQ(configuration.Interface.PollRate, 1000);
     EXPECT_EQ(configuration.Interface.CardAddress, C800);
     EXPECT_EQ(configuration.Interface.CardHandle, 7);
-    EXPECT_EQ(state().PollTick, 100);
-    EXPECT_EQ(pods_with(state().PollTable.InPollTable), (Pods{3, 50}));
-    EXPECT_EQ(state().PollTable.NumInPoll, 2);
-    EXPECT_EQ(pods_with(state().ZavSelected), (Pods{}));
-    EXPECT_EQ(state().NumSelected, 0);
-    EXPECT_EQ(state().OperationsEnabled, 1);
+    EXPECT_EQ(state.PollTick, 100);
+    EXPECT_EQ(facts(run_time), "polled: 1 50");
+    EXPECT_TRUE(state.OperationsEnabled);
+    EXPECT_EQ(state.Card, CardSearch::Found);
     EXPECT_FALSE(tmrPoll->running());
-    EXPECT_EQ(screen.img_4A.visible, true);
-    EXPECT_EQ(screen.img_4A.picture, Picture::img14A);
-    EXPECT_EQ(screen.picZAVNum1.front() + screen.picZAVNum1.back(), "0125");
-    EXPECT_EQ(screen.picZAVNum2.front() + screen.picZAVNum2.back(), "2650");
 }
 
 TEST_F(DiscoveryTest, ExcludedAddressesAreNotTried) {
@@ -67,7 +72,7 @@ TEST_F(DiscoveryTest, ExcludedAddressesAreNotTried) {
     driver.add_pod(1, "7RJA 0F 1.00");
     load();
     EXPECT_EQ(driver.recorded("Connect"), (Lines{"Connect C900", "Connect CB00"}));
-    EXPECT_EQ(dialogs.boxes, (Boxes{connected("CB00")}));
+    EXPECT_EQ(dialogs.boxes, Boxes{connected("CB00")});
     EXPECT_EQ(configuration.Interface.CardAddress, address_of(0xCB00));
 }
 
@@ -75,59 +80,51 @@ TEST_F(DiscoveryTest, WithoutACardTheWholeRangeIsTriedOnce) {
     load();
     const Lines tried = driver.recorded("Connect");
     ASSERT_EQ(tried.size(), 24u);
-    EXPECT_EQ(tried.front(), "Connect C800");
-    EXPECT_EQ(tried.back(), "Connect DF00");
+    EXPECT_EQ(tried.front() + tried.back(), "Connect C800Connect DF00");
     EXPECT_EQ(dialogs.boxes, (Boxes{{"No Interface Cards were found", 48, "KAVORIX"}}));
     EXPECT_EQ(dialogs.beeps, 1);
     EXPECT_EQ(dialogs.pointer, Pointer::Default);
-    EXPECT_EQ(main_window.calls.back(), "ConfigItems 0");
-    EXPECT_EQ(state().OperationsEnabled, 0);
-    EXPECT_EQ(state().PollTable.NumInPoll, 0);
+    EXPECT_EQ(state.Card, CardSearch::NoneFound);
+    EXPECT_FALSE(state.OperationsEnabled);
     EXPECT_EQ(status(1).ident(), "NC          ");
-    EXPECT_FALSE(screen.img_4A.visible);
 }
 
 TEST_F(DiscoveryTest, ACardWhoseNetworkDoesNotStartIsClosedAndPassedOver) {
-    driver.cards[C800] = 0;
     driver.cards[address_of(0xDF00)] = 4;
     driver.init_status = -3;
     driver.present_mark = 1;
-    state().PollTable.InPollTable[8] = 1;
-    std::int16_t address = address_of(0xDE00);
-    EXPECT_EQ(discovery.ConnectToCard(address, 250, 0), 0);
+    state.PollTable.InPollTable = {Pod::numbered(9)};
+    EXPECT_EQ(connect(0xDE00, 0), 0);
     EXPECT_EQ(driver.recorded(),
               (Lines{"Connect DE00", "Connect DF00", "Init 4 probing 50", "Disconnect 4"}));
-    EXPECT_EQ(address, address_of(0xE000));
-    EXPECT_EQ(pods_with(state().PollTable.InPollTable), (Pods{9}));
+    EXPECT_EQ(stopped_at, "E000");
+    EXPECT_EQ(facts(run_time), "polled: 9");
 }
 
 TEST_F(DiscoveryTest, ASingleAddressWithoutACardChangesNothing) {
-    station({{3, "7RJA 0F 1.00"}});
-    select({3});
-    configuration.Interface.PollRate = 500;
-    std::int16_t address = address_of(0xD000);
-    EXPECT_EQ(discovery.ConnectToCard(address, 250, 1), 0);
-    EXPECT_EQ(driver.recorded(), (Lines{"Connect D000"}));
+    station({{5, "7RJA 0F 1.00"}});
+    select({5});
+    EXPECT_EQ(connect(0xD000, 1), 0);
+    EXPECT_EQ(driver.recorded(), Lines{"Connect D000"});
     EXPECT_EQ(dialogs.boxes, (Boxes{{"No Interface Card found at Address: D000", 48, "KAVORIX"}}));
-    EXPECT_EQ(configuration.Interface.PollRate, 500);
+    EXPECT_EQ(configuration.Interface.PollRate, 1000);
     EXPECT_EQ(configuration.Interface.CardAddress, C800);
-    EXPECT_EQ(pods_with(state().PollTable.InPollTable), (Pods{3}));
-    EXPECT_EQ(pods_with(state().ZavSelected), (Pods{3}));
-    EXPECT_EQ(main_window.calls, Lines{});
+    EXPECT_EQ(facts(run_time), "polled: 5; selected: 5");
+    EXPECT_TRUE(state.OperationsEnabled);
+    EXPECT_EQ(state.Card, CardSearch::Found);
 }
 
 TEST_F(DiscoveryTest, AnotherCardTakesOverWithItsPollRate) {
     driver.cards[address_of(0xD000)] = 5;
-    station({{3, "7RJA 0F 1.00"}});
-    tmrPoll->start(100);
-    std::int16_t address = address_of(0xD000);
-    EXPECT_EQ(discovery.ConnectToCard(address, 250, 1), 1);
+    station({{5, "7RJA 0F 1.00"}});
+    start_polling();
+    EXPECT_EQ(connect(0xD000, 1), 1);
     EXPECT_EQ(driver.recorded(), (Lines{"Connect D000", "Init 5 probing 50", "Disconnect 0"}));
     EXPECT_EQ(configuration.Interface.CardHandle, 5);
     EXPECT_EQ(configuration.Interface.CardAddress, address_of(0xD000));
     EXPECT_EQ(configuration.Interface.PollRate, 250);
+    EXPECT_EQ(dialogs.boxes, Boxes{connected("D000")});
     EXPECT_FALSE(tmrPoll->running());
-    EXPECT_EQ(dialogs.boxes, (Boxes{connected("D000")}));
 }
 
 TEST_F(DiscoveryTest, AHandleOfZeroReleasesNoOtherCard) {
@@ -136,16 +133,14 @@ TEST_F(DiscoveryTest, AHandleOfZeroReleasesNoOtherCard) {
     EXPECT_EQ(driver.recorded("Disconnect"), Lines{});
 }
 
-TEST_F(DiscoveryTest, OnlyAOneMarksAPodAsPresent) {
+TEST(Discovery, OnlyAOneMarksAPodAsPresent) {
     for (const int mark : {-1, 2, 32767, -32768}) {
-        SCOPED_TRACE(mark);
         Rig rig;
         rig.driver.present_mark = static_cast<std::int16_t>(mark);
-        rig.station({{7, "7RJA 0F 1.00"}});
-        EXPECT_EQ(rig.run_time.Link.PollTable.NumInPoll, 1);
-        EXPECT_EQ(pods_with(rig.run_time.Link.PollTable.InPollTable), (Pods{7}));
-        EXPECT_TRUE(rig.screen.img_ZAV[6].visible);
-        EXPECT_FALSE(rig.screen.img_ZAV[0].visible);
+        rig.station({{5, "7RJA 0F 1.00"}});
+        EXPECT_EQ(facts(rig.run_time), "polled: 5") << mark;
+        EXPECT_TRUE(rig.status(5).Found);
+        EXPECT_FALSE(rig.status(1).Found);
     }
 }
 
@@ -156,113 +151,98 @@ TEST_F(DiscoveryTest, ACardWithoutPodsSaysSo) {
         dialogs.boxes,
         (Boxes{connected("C800"),
                {"KAVORIX could not find any ZAV(s) Connected to Interface Card", 64, "KAVORIX"}}));
-    EXPECT_EQ(state().OperationsEnabled, 0);
+    EXPECT_FALSE(state.OperationsEnabled);
     EXPECT_EQ(loop.elapsed_ms(), 0);
 }
 
-TEST_F(DiscoveryTest, APodThatDoesNotAnswerIsAReceiveErrorAfterItsTime) {
+TEST_F(DiscoveryTest, PodsThatDoNotAnswerInTimeAreInError) {
     driver.cards[C800] = 0;
     driver.add_pod(1, "7RJA 0F 1.00");
     driver.add_pod(2, "");
-    driver.add_pod(3, "8SFN 0F 2.10").reply_ms = 1400;
+    driver.add_pod(3, "7RJA 0F 1.00").tx_status = 1;  // not waited for
+    driver.add_pod(4, "7RJA 0F 1.00").tx_status = 9;  // neither sent nor an error
+    driver.add_pod(50, "8SFN 0F 2.10").reply_ms = 1400;
     load();
-    EXPECT_EQ(loop.elapsed_ms(), 1500);
-    EXPECT_EQ(status(1).ident(), "7RJA 0F 1.00");
+    EXPECT_EQ(loop.elapsed_ms(), 1500);  // 500 ms a pod
+    EXPECT_EQ(status(50).ident(), "8SFN 0F 2.10");
     EXPECT_EQ(status(2).ident(), "NC          ");
-    EXPECT_EQ(status(3).ident(), "8SFN 0F 2.10");
     EXPECT_EQ(status(2).Channels, 0);
-    EXPECT_EQ(screen.lblMsg, (Label{" ERROR! - Receive Error (ZAV:02)", Colour::Red}));
-    EXPECT_EQ(log_text(), test::LogHeader + " ERROR! - Receive Error (ZAV:02  Interface:C800)\r\n");
-    EXPECT_EQ(screen.pnlErr.caption, "Rx ERROR");
-    EXPECT_EQ(state().SessionErrorCount, 1);
-    EXPECT_EQ(pods_with(state().PollTable.InPollTable), (Pods{1, 2, 3}));
-    EXPECT_EQ(screen.img_ZAV[1].picture, Picture::img1ZAV_E);
-    EXPECT_FALSE(screen.lblZAVType[1].visible);
-    EXPECT_EQ(state().NumSelected, 0);
+    EXPECT_EQ(log_text(), test::LogHeader +
+                              " ERROR! - Transmit Error (ZAV:03  Interface:C800)\r\n"
+                              " ERROR! - Receive Error (ZAV:02  Interface:C800)\r\n");
+    EXPECT_EQ(facts(run_time),
+              "polled: 1 2 3 4 50; out of order: 2 3; in error: 2 3; "
+              "message: ERROR! - Receive Error (ZAV:02); fault: receive; errors: 2");
 }
 
-TEST_F(DiscoveryTest, APodThatRefusesTheStatusCommandIsATransmitErrorAndNotWaitedFor) {
-    driver.cards[C800] = 0;
-    driver.add_pod(1, "7RJA 0F 1.00").tx_status = 1;
-    driver.add_pod(2, "7RJA 0F 1.00").tx_status = 9;  // neither sent nor an error
-    load();
-    EXPECT_EQ(loop.elapsed_ms(), 0);
-    EXPECT_EQ(driver.recorded("String"), Lines{});
-    EXPECT_EQ(log_text(),
-              test::LogHeader + " ERROR! - Transmit Error (ZAV:01  Interface:C800)\r\n");
-    EXPECT_EQ(pods_with(state().PollTable.InPollTable), (Pods{1, 2}));
-    EXPECT_EQ(status(2).ErrorFlag, 0);
+TEST_F(DiscoveryTest, AStatusQueryTellsWhoReplied) {
+    station({{1, "7RJA 0F 1.00"}, {5, "7SJA 0F 1.00"}, {50, "7RJA 0F 1.00"}});
+    select({5, 50});
+    driver.pod(5).ident = "8SJA 0F 9.99";
+    driver.pod(50).ident = "";
+    driver.at_call([&](const test::DriverCall&) { EXPECT_EQ(state.Sending, 1); });
+    const PodSet replied = discovery.GetStatus(1, {Pod::numbered(5), Pod::numbered(50)});
+    EXPECT_EQ(pods_with(replied), Pods{5});
+    EXPECT_EQ(driver.recorded("Tx"), (Lines{"Tx 5 ST", "Tx 50 ST"}));
+    EXPECT_EQ(loop.elapsed_ms(), 1000);
+    EXPECT_EQ(status(5).ident(), "8SJA 0F 9.99");
+    EXPECT_EQ(status(5).Channels, 32);
+    EXPECT_EQ(pods_with(state.ZavSelected), Pods{5});
+    EXPECT_EQ(state.Sending, 0);
+    EXPECT_EQ(state.AwaitingReply, PodSet{});
 }
 
-TEST_F(DiscoveryTest, AQueryOfTheSelectedPodsAloneSendsStatusWithoutReset) {
-    station({{1, "7RJA 0F 1.00"}, {2, "7SJA 0F 1.00"}});
-    select({2});
-    driver.pod(2).ident = "7SJA 0F 9.99";
-    discovery.GetStatus(1);
-    EXPECT_EQ(driver.recorded(), (Lines{"Tx 2 ST", "String 2/3 12"}));
-    EXPECT_EQ(status(2).ident(), "7SJA 0F 9.99");
-}
-
-TEST_F(DiscoveryTest, APodThatFailsAStatusQueryIsShownDeselected) {
-    station({{1, "7RJA 0F 1.00"}});
-    select({1});
-    driver.pod(1).ident = "";
-    discovery.GetStatus(1);
-    EXPECT_EQ(pods_with(state().ZavSelected), Pods{});
-    EXPECT_EQ(main_window.calls, (Lines{"IconReverse 0", "CheckItems"}));
+TEST_F(DiscoveryTest, AReplyThatCameWhileSomethingElseWaitedCounts) {
+    station({{1, "7RJA 0F 1.00"}, {5, "7RJA 0F 1.00"}});
+    driver.pod(1).reply_ms = 200;
+    driver.pod(5).ident = "";
+    loop.call_later(100, [&] { link.send("HA;", {Pod::numbered(1)}); });  // 3000 ms
+    const PodSet replied = discovery.GetStatus(1, {Pod::numbered(1), Pod::numbered(5)});
+    EXPECT_EQ(pods_with(replied), Pods{1});
+    EXPECT_EQ(run_time.Link.SessionErrorCount, 1);
 }
 
 TEST_F(DiscoveryTest, ATickDuringAStatusQueryLeavesTheReplyAlone) {
-    station({{1, "7RJA 0F 1.00"}, {2, "7RJA 0F 1.00"}});
-    select({1, 2});
+    station({{1, "7RJA 0F 1.00"}, {5, "7RJA 0F 1.00"}});
     driver.pod(1).reply_ms = 99;  // arrives right before the poll tick
-    driver.pod(2).reply_ms = 300;
+    driver.pod(5).reply_ms = 300;
     start_polling();
-    discovery.GetStatus(1);
+    discovery.GetStatus(1, {Pod::numbered(1), Pod::numbered(5)});
     EXPECT_EQ(loop.elapsed_ms(), 300);
-    EXPECT_EQ(state().SessionErrorCount, 0);
-    EXPECT_EQ(pods_with(state().ZavSelected), (Pods{1, 2}));
+    EXPECT_EQ(facts(run_time), "polled: 1 5");
     loop.run_for(100);
-    EXPECT_NE(driver.timed("Test 1/3"), Lines{});  // the text stream is polled again
+    EXPECT_NE(driver.recorded("Test 1/3"), Lines{});  // the text stream is polled again
 }
 
-struct TypeRow {
-    const char* ident;
-    std::int16_t type;
-    int channels;
-    const char* label;
-    Colour back;
-    Picture picture;
-};
-
-TEST_F(DiscoveryTest, PodsAreShownByTheirType) {
-    constexpr Picture Normal = Picture::img1ZAV;
-    const TypeRow rows[] = {
-        {"7RJA 0F 1.00", Type7R, 20, "7R", Colour::Silver, Normal},
-        {"7SJA 0F 1.00", Type7S, 10, "7S", Colour::Silver, Normal},
-        {"7TJA 0F 1.00", Type7T, 20, "7T", Colour::Silver, Normal},
-        {"7UJA 0F 1.00", Type7U, 20, "7U", Colour::Silver, Normal},
-        {"7VJA 0F 1.00", Type7V, 20, "7V", Colour::White, Normal},
-        {"7WJA 0F 1.00", Type7W, 20, "7W", Colour::White, Normal},
-        {"8RCN 0F 1.00", Type8R, 20, "8R", Colour::LightGrey, Normal},
-        {"8SFN 0F 1.00", Type8S, 32, "8S", Colour::LightGrey, Normal},
-        {"7XJA 0F 1.00", NoDevice, 20, "7X", Colour::Silver, Picture::img1ZAV_E},
-        {"7YJA 0F 1.00", NoDevice, 20, "7Y", Colour::Silver, Picture::img1ZAV_E},
-        {"\x01\xFF..........", NoDevice, 20, "\x01\xFF", Colour::Silver, Normal},
+TEST(Discovery, PodsAreConfiguredByTheirType) {
+    struct Row {
+        const char* ident;
+        std::int16_t type;
+        int channels;
+        const char* facts;
     };
-    for (const TypeRow& row : rows) {
+    const Row rows[] = {
+        {"7RJA 0F 1.00", Type7R, 20, "polled: 26"},
+        {"7SJA 0F 1.00", Type7S, 10, "polled: 26"},
+        {"7TJA 0F 1.00", Type7T, 20, "polled: 26"},
+        {"7UJA 0F 1.00", Type7U, 20, "polled: 26"},
+        {"7VJA 0F 1.00", Type7V, 20, "polled: 26"},
+        {"7WJA 0F 1.00", Type7W, 20, "polled: 26"},
+        {"8RCN 0F 1.00", Type8R, 20, "polled: 26"},
+        {"8SFN 0F 1.00", Type8S, 32, "polled: 26"},
+        {"7XJA 0F 1.00", NoDevice, 20, "polled: 26; out of order: 26"},
+        {"7YJA 0F 1.00", NoDevice, 20, "polled: 26; out of order: 26"},
+        {"\x01\xFF..........", NoDevice, 20, "polled: 26"},
+    };
+    for (const Row& row : rows) {
         SCOPED_TRACE(row.ident);
         Rig rig;
         rig.station({{26, row.ident}});
-        EXPECT_EQ(rig.config(26).TypeCode, row.type);
-        EXPECT_EQ(rig.config(26).NumChannels, channel_count(row.type));
-        EXPECT_EQ(rig.config(26).Channel[0].Mode, 0);
+        PodConfig expected;
+        default_ZAV_config(expected, row.type, 0);
+        EXPECT_EQ(rig.config(26), expected);
         EXPECT_EQ(rig.status(26).Channels, row.channels);
-        EXPECT_EQ(rig.screen.lblZAVType[25].caption, row.label);
-        EXPECT_TRUE(rig.screen.lblZAVType[25].visible);
-        EXPECT_EQ(rig.screen.lblZAVType[25].back, row.back);
-        EXPECT_EQ(rig.screen.img_ZAV[25].picture, row.picture);
-        EXPECT_TRUE(rig.screen.img_ZAV[25].visible);
+        EXPECT_EQ(facts(rig.run_time), row.facts);
     }
 }
 
@@ -273,48 +253,44 @@ TEST_F(DiscoveryTest, AShortReplyLeavesTheRestOfTheIdentification) {
 }
 
 TEST_F(DiscoveryTest, InitialiseForgetsTheLastNetwork) {
-    station({{3, "7RJA 0F 1.00"}});
+    const Pod five = Pod::numbered(5);
+    station({{5, "7RJA 0F 1.00"}});
     start_polling();
-    LinkState& link_state = state();
-    link_state.ZavSelected.fill(1);
-    link_state.NumSelected = 9;
-    link_state.InterfaceSelected = link_state.AllSelected = link_state.ContScanning = 1;
-    link_state.Triggered.fill(1);
-    link_state.ScanState.fill(2);
-    link_state.ErrorCount = link_state.SessionErrorCount = 4;
-    link_state.StreamRequests[2] = "ME3;";
-    status(3).Reading[0] = 5;
-    status(3).PeakMax[31] = 5;
-    status(3).StreamSeen.fill(1);
-    config(3).Channel[0].Label = "Oven";
+    state.ZavSelected = state.Triggered = PodSet::all();
+    state.InterfaceSelected = state.AllSelected = state.ContScanning = true;
+    state.ScanState.fill(ScanState::ContinuouslyScanning);
+    state.ErrorCount = state.SessionErrorCount = 4;
+    state.StreamRequests[five] = "ME3;";
+    state.RequestKinds[five] = "0";
+    status(5).Reading[0] = status(5).PeakMax[31] = 5;
+    status(5).ErrorFlag = true;
+    run_time.Reports.LastFault = Fault::Pod;
+    run_time.Poll.LastEvent[five] = 3;
+    run_time.Poll.EventPending = run_time.Poll.PollStarted = true;
+    run_time.Poll.LoadPercent = 10;
     run_time.Graph.Settings.Title = "Mine";
-    run_time.Graph.Settings.YMaximum = 50;
+    config(5).Channel[0].Label = "Oven";
+    const StandingPods before({five}, state);
     discovery.Initialise();
 
-    EXPECT_FALSE(tmrPoll->running());
-    EXPECT_EQ(link_state.ZavSelected, PodFlags{});
-    EXPECT_EQ(link_state.NumSelected, 0);
-    EXPECT_EQ(link_state.InterfaceSelected + link_state.AllSelected + link_state.ContScanning, 0);
-    EXPECT_EQ(link_state.Triggered, PodFlags{});
-    EXPECT_EQ(link_state.ScanState, PodFlags{});
-    EXPECT_EQ(link_state.PollTable.NumInPoll, 0);
-    EXPECT_EQ(pods_with(link_state.PollTable.InPollTable), (Pods{3}));  // left as found
-    EXPECT_EQ(link_state.ErrorCount, 0);
-    EXPECT_EQ(link_state.SessionErrorCount, 4);
-    EXPECT_EQ(link_state.StreamRequests[2], "");
-    EXPECT_EQ(status(3).ident(), "NC          ");
-    EXPECT_EQ(status(3).Reading[0], 0);
-    EXPECT_EQ(status(3).PeakMax[31], -3.4E38F);
+    EXPECT_EQ(facts(run_time), "polled: 5; errors: 4");  // the run's errors, and what was found
+    EXPECT_FALSE(before.has(five));
+    EXPECT_FALSE(state.InterfaceSelected || state.AllSelected || state.OperationsEnabled);
+    EXPECT_EQ(state.ErrorCount, 0);
+    EXPECT_EQ(state.StreamRequests[five] + state.RequestKinds[five], "");
+    EXPECT_EQ(status(5).ident(), "NC          ");
+    EXPECT_EQ(status(5).Reading[0], 0);
+    EXPECT_EQ(status(5).PeakMax[31], -3.4E38F);
     EXPECT_EQ(status(50).PeakMin[0], 3.4E38F);
-    EXPECT_EQ(status(3).StreamSeen[0], 0);
-    EXPECT_EQ(config(3), [] {
-        PodConfig empty;
-        default_ZAV_config(empty, NoDevice, 0);
-        return empty;
-    }());
+    EXPECT_FALSE(status(5).Found);
+    EXPECT_EQ(run_time.Poll.LastEvent[five], -1);
+    EXPECT_FALSE(run_time.Poll.EventPending || run_time.Poll.PollStarted);
+    EXPECT_EQ(run_time.Poll.LoadPercent, std::nullopt);
     EXPECT_EQ(run_time.Graph.Settings.Title, "Trend Graph");
-    EXPECT_EQ(run_time.Graph.Settings.YMaximum, 2.0);
-    EXPECT_EQ(link_state.OperationsEnabled, 0);
+    PodConfig unconfigured;
+    default_ZAV_config(unconfigured, NoDevice, 0);
+    EXPECT_EQ(config(5), unconfigured);
+    EXPECT_FALSE(tmrPoll->running());
 }
 
 TEST_F(DiscoveryTest, AnUnexpectedFailureNamesItsProcedure) {

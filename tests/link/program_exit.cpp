@@ -20,22 +20,22 @@ const ShownBox TwoErrors{
     "2  ERRORS Occurred during KAVORIX Operation.\n\nWould you like to View the Error Log File?",
     36, "KAVORIX"};
 
-// A running station with pod 3, asked to end. `saved_as` records how it was asked to save.
-class Leaving : public Rig {
-  public:
+// A running station with pod 5, asked to end. `saved_as` records how it was asked to save.
+struct Leaving : Rig {
     Leaving() {
-        station({{3, "7RJA 0F 1.00"}});
+        station({{5, "7RJA 0F 1.00"}});
         start_polling();
     }
 
     std::int16_t save_result = 0;
     bool saving_clears = true;
-    Lines saved_as;
-    ProgramExit program_exit{surroundings, [this](std::int16_t save_as) {
-                                 saved_as.push_back(std::to_string(save_as));
-                                 if (saving_clears) configuration.ConfigChanged = 0;
-                                 return save_result;
-                             }};
+    std::vector<int> saved_as;
+    ProgramExit program_exit{{driver, dialogs, error_log, failures, polling, configuration,
+                              run_time, [this](std::int16_t save_as) {
+                                  saved_as.push_back(save_as);
+                                  if (saving_clears) configuration.ConfigChanged = 0;
+                                  return save_result;
+                              }}};
 
     // Whether the program ended, with exit code 0.
     bool ends() {
@@ -48,10 +48,7 @@ class Leaving : public Rig {
         return false;
     }
     bool has_log() const { return files.has("/station/ERR_LOG.TXT"); }
-    void fail_twice() {
-        link.RxTxErr(2, 0, 0);
-        link.RxTxErr(2, 0, 0);
-    }
+    void fail() { errors.RxTxErr(Pod::numbered(5), LinkFault::Transmit, AfterFault::Polled); }
 };
 
 TEST(ProgramExit, IsRefusedWhileScanningOrLoggingRuns) {
@@ -60,58 +57,43 @@ TEST(ProgramExit, IsRefusedWhileScanningOrLoggingRuns) {
         rig.configuration.ConfigChanged = 1;
         (running == 0   ? rig.run_time.Link.ContScanning
          : running == 1 ? rig.run_time.Log.ScanLogging
-                        : rig.run_time.Log.EventLogging) = 1;
+                        : rig.run_time.Log.EventLogging) = true;
         EXPECT_FALSE(rig.ends());
-        EXPECT_EQ(rig.dialogs.boxes, (Boxes{Refused}));
+        EXPECT_EQ(rig.dialogs.boxes, Boxes{Refused});
         EXPECT_TRUE(rig.tmrPoll->running());
         EXPECT_EQ(rig.driver.recorded(), Lines{});
-        EXPECT_EQ(rig.saved_as, Lines{});
     }
 }
 
-struct SaveRow {
-    const char* what;
-    std::int16_t changed;
-    std::vector<Answer> answers;
-    std::int16_t save_result;
-    bool saving_clears;
-    Boxes boxes;
-    Lines saved_as;
-    bool ends;
-};
-
 TEST(ProgramExit, AsksAboutUnsavedChangesAndForConfirmation) {
-    const SaveRow rows[] = {
-        {"nothing changed, sure", 0, {Answer::Ok}, 0, true, {Sure}, {}, true},
-        {"nothing changed, not sure", 0, {Answer::Cancel}, 0, true, {Sure}, {}, false},
-        {"cancelled", 1, {Answer::Cancel}, 0, true, {Unsaved}, {}, false},
-        {"not saved, sure", 1, {Answer::No, Answer::Ok}, 0, true, {Unsaved, Sure}, {}, true},
-        {"not saved, not sure",
-         1,
-         {Answer::No, Answer::Cancel},
-         0,
-         true,
-         {Unsaved, Sure},
-         {},
-         false},
-        {"saved, sure", 1, {Answer::Yes, Answer::Ok}, 0, true, {Unsaved, Sure}, {"0"}, true},
-        {"saved, not sure",
-         1,
-         {Answer::Yes, Answer::Cancel},
-         0,
-         true,
-         {Unsaved, Sure},
-         {"0"},
-         false},
-        {"saving fails", 1, {Answer::Yes}, 1, false, {Unsaved}, {"0"}, false},
-        {"saving leaves the changes", 1, {Answer::Yes}, 0, false, {Unsaved}, {"0"}, false},
+    constexpr auto Yes = Answer::Yes, No = Answer::No, Ok = Answer::Ok, Cancel = Answer::Cancel;
+    enum Saving { Works, Abandoned, LeavesTheChanges };
+    struct Row {
+        const char* what;
+        std::int16_t changed;
+        std::vector<Answer> answers;
+        Saving saving;
+        Boxes boxes;
+        std::vector<int> saved_as;
+        bool ends;
     };
-    for (const SaveRow& row : rows) {
+    const Row rows[] = {
+        {"nothing changed, sure", 0, {Ok}, Works, {Sure}, {}, true},
+        {"nothing changed, not sure", 0, {Cancel}, Works, {Sure}, {}, false},
+        {"cancelled", 1, {Cancel}, Works, {Unsaved}, {}, false},
+        {"not saved, sure", 1, {No, Ok}, Works, {Unsaved, Sure}, {}, true},
+        {"not saved, not sure", 1, {No, Cancel}, Works, {Unsaved, Sure}, {}, false},
+        {"saved, sure", 1, {Yes, Ok}, Works, {Unsaved, Sure}, {0}, true},
+        {"saved, not sure", 1, {Yes, Cancel}, Works, {Unsaved, Sure}, {0}, false},
+        {"saving is abandoned", 1, {Yes}, Abandoned, {Unsaved}, {0}, false},
+        {"the file dialog is cancelled", 1, {Yes}, LeavesTheChanges, {Unsaved}, {0}, false},
+    };
+    for (const Row& row : rows) {
         SCOPED_TRACE(row.what);
         Leaving rig;
         rig.configuration.ConfigChanged = row.changed;
-        rig.save_result = row.save_result;
-        rig.saving_clears = row.saving_clears;
+        rig.save_result = row.saving == Abandoned ? 1 : 0;
+        rig.saving_clears = row.saving != LeavesTheChanges;
         for (const Answer answer : row.answers) rig.dialogs.answer(answer);
         EXPECT_EQ(rig.ends(), row.ends);
         EXPECT_EQ(rig.dialogs.boxes, row.boxes);
@@ -123,71 +105,48 @@ TEST(ProgramExit, AsksAboutUnsavedChangesAndForConfirmation) {
     }
 }
 
-TEST(ProgramExit, ALogWithoutErrorsIsDeletedBeforeTheCardIsLeft) {
-    Leaving rig;
-    rig.dialogs.answer(Answer::Ok);
-    rig.driver.at_call([&](const test::DriverCall&) {
-        EXPECT_FALSE(rig.has_log());
-        EXPECT_FALSE(rig.tmrPoll->running());
-        EXPECT_EQ(rig.dialogs.unloads, 0);
-    });
-    EXPECT_TRUE(rig.ends());
-    EXPECT_EQ(rig.dialogs.edited, Lines{});
-}
-
-TEST(ProgramExit, PowerGoesOffBeforeTheCardIsClosed) {
-    Leaving rig;
-    rig.configuration.Interface.CardHandle = 12;
-    rig.configuration.Interface.PowerOn = 1;
-    rig.dialogs.answer(Answer::Ok);
-    EXPECT_TRUE(rig.ends());
-    EXPECT_EQ(rig.driver.recorded(), (Lines{"PowerOff 12", "Disconnect 12"}));
-}
-
-TEST(ProgramExit, ALogWithErrorsIsKeptAndOffered) {
-    for (const bool wanted : {true, false}) {
+TEST(ProgramExit, GoesThroughItsStepsInOrder) {
+    for (const bool wants_the_log : {true, false}) {
         Leaving rig;
-        rig.fail_twice();
+        rig.configuration.Interface.CardHandle = 12;
+        rig.configuration.Interface.PowerOn = 1;
+        rig.fail();
+        rig.fail();
+        rig.run_time.Link.ErrorCount = 0;  // a new connection forgets them, the run does not
         rig.dialogs.answer(Answer::Ok);
-        rig.dialogs.answer(wanted ? Answer::Yes : Answer::No);
+        rig.dialogs.answer(wants_the_log ? Answer::Yes : Answer::No);
+        rig.driver.at_call([&](const test::DriverCall&) {
+            EXPECT_FALSE(rig.tmrPoll->running());
+            EXPECT_EQ(rig.dialogs.unloads, 0);
+        });
+        rig.dialogs.at_box([&](const ShownBox& shown) {
+            const bool last = shown == TwoErrors;
+            EXPECT_EQ(rig.driver.recorded(),
+                      last ? (Lines{"PowerOff 12", "Disconnect 12"}) : Lines{});
+            EXPECT_EQ(rig.dialogs.unloads, last ? 1 : 0);
+        });
         EXPECT_TRUE(rig.ends());
         EXPECT_EQ(rig.dialogs.boxes, (Boxes{Sure, TwoErrors}));
         EXPECT_EQ(rig.log_text(), LogHeader +
-                                      " ERROR! - Transmit Error (ZAV:03  Interface:C800)\r\n"
-                                      " ERROR! - Transmit Error (ZAV:03  Interface:C800)\r\n");
-        EXPECT_EQ(rig.dialogs.edited, wanted ? Lines{"/station/ERR_LOG.TXT"} : Lines{});
+                                      " ERROR! - Transmit Error (ZAV:05  Interface:C800)\r\n"
+                                      " ERROR! - Transmit Error (ZAV:05  Interface:C800)\r\n");
+        EXPECT_EQ(rig.dialogs.edited, wants_the_log ? Lines{"/station/ERR_LOG.TXT"} : Lines{});
     }
 }
 
-TEST(ProgramExit, TheQuestionComesWhenTheCardIsLeftAndTheBoxesAreClosed) {
+TEST(ProgramExit, ALogWithoutErrorsIsDeletedBeforeTheCardIsLeft) {
     Leaving rig;
-    rig.fail_twice();
     rig.dialogs.answer(Answer::Ok);
-    rig.dialogs.answer(Answer::No);
-    rig.dialogs.at_box([&](const ShownBox& shown) {
-        const bool last = shown == TwoErrors;
-        EXPECT_EQ(rig.driver.recorded("Disconnect").size(), last ? 1u : 0u);
-        EXPECT_EQ(rig.dialogs.unloads, last ? 1 : 0);
-    });
+    rig.driver.at_call([&](const test::DriverCall&) { EXPECT_FALSE(rig.has_log()); });
     EXPECT_TRUE(rig.ends());
-}
-
-TEST(ProgramExit, ErrorsBeforeAReconnectionCountToo) {
-    Leaving rig;
-    rig.fail_twice();
-    rig.run_time.Link.ErrorCount = 0;
-    rig.dialogs.answer(Answer::Ok);
-    rig.dialogs.answer(Answer::No);
-    EXPECT_TRUE(rig.ends());
-    EXPECT_EQ(rig.dialogs.boxes, (Boxes{Sure, TwoErrors}));
 }
 
 TEST(ProgramExit, StayingKeepsTheLogOpen) {
     Leaving rig;
     rig.dialogs.answer(Answer::Cancel);
     EXPECT_FALSE(rig.ends());
-    rig.link.RxTxErr(2, 1, 1);
-    EXPECT_EQ(rig.log_text(), LogHeader + " ERROR! - Receive Error (ZAV:03  Interface:C800)\r\n");
+    rig.fail();
+    EXPECT_EQ(rig.log_text(), LogHeader + " ERROR! - Transmit Error (ZAV:05  Interface:C800)\r\n");
 }
 
 TEST(ProgramExit, AskedAgainWhileItAsksItDoesNothing) {

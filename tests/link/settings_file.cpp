@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <random>
-
 #include "link/discovery.h"
 #include "support/rig.h"
 
@@ -126,51 +124,6 @@ TEST(ExcludeAddresses, AMalformedSettingsFileEndsTheProgramBeforeAnythingElse) {
         EXPECT_EQ(rig.dialogs.boxes, (std::vector<test::ShownBox>{Malformed})) << value;
         EXPECT_EQ(rig.driver.recorded(), test::Lines{});
         EXPECT_FALSE(rig.files.has("/station/ERR_LOG.TXT"));
-    }
-}
-
-// Start-up with this settings file; whether it went on to a station with its pod.
-bool starts(const std::string& content) {
-    Rig rig;
-    rig.files.put("/station/KAVORIX.INI", content);
-    try {
-        rig.station({{3, "7RJA 0F 1.00"}});
-    } catch (const ProgramEnded&) {
-        EXPECT_EQ(rig.dialogs.boxes, (std::vector<test::ShownBox>{Malformed}));
-        return false;
-    }
-    return true;
-}
-
-TEST(ExcludeAddresses, RubbishForASettingsFileGivesTheMessageOrNoExclusions) {
-    const std::string huge(1'000'000, 'A');
-    EXPECT_TRUE(starts(huge));
-    EXPECT_TRUE(starts("[" + huge));
-    EXPECT_TRUE(starts("[Exclude Addresses]\n" + huge));
-    EXPECT_TRUE(starts("[Exclude Addresses]\n" + huge + "=" + huge));
-    EXPECT_FALSE(starts("[Exclude Addresses]\nAddress=" + huge));
-    EXPECT_TRUE(starts("Address=C80\n"));
-    EXPECT_TRUE(starts(std::string(5000, '\0')));
-    EXPECT_FALSE(starts("[Exclude Addresses]\nAddress=\xFF\xFE\x01"));
-}
-
-TEST(ExcludeAddresses, AnyBytesAreSurvived) {
-    std::mt19937 random(20260105);
-    const std::string pieces[] = {"[",  "]", "Exclude Addresses", "Address", "=", "\n", ",", "C800",
-                                  "\r", "\""};
-    for (int round = 0; round < 3000; ++round) {
-        std::string content = round % 2 ? "[Exclude Addresses]\nAddress=" : "";
-        for (auto left = random() % 40; left > 0; --left)
-            if (random() % 3)
-                content += pieces[random() % std::size(pieces)];
-            else
-                content += static_cast<char>(random());
-        test::MemoryFiles files;
-        files.put("/K.INI", content);
-        const std::string value = GetINIData(files, "/K.INI", "Exclude Addresses", "Address");
-        EXPECT_LE(value.size(), 254u);
-        const auto addresses = parse_exclude_addresses(value);
-        EXPECT_LE(addresses.value_or(std::vector<std::int16_t>{}).size(), 51u);
     }
 }
 

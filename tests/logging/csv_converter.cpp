@@ -106,7 +106,7 @@ TEST_F(CsvConverterTest, AScanLogAsAWhole) {
 TEST_F(CsvConverterTest, OnlySelectedChannelsOfSelectedPodsBecomeColumns) {
     choose = [](CsvSelection& selection) {
         selection.ChannelSelected[2] = {0, 1, 1};
-        selection.PodSelected[4] = 0;
+        selection.PodSelected.remove(Pod::numbered(5));
         selection.ChannelSelected[8][0] = 0;
     };
     DatBuilder log;
@@ -501,8 +501,8 @@ TEST_F(CsvConverterTest, WritesWhatThePlainConversionWritesWhateverTheBuffersAnd
         const std::string log = random_log(random);
         choose = [seed = random()](CsvSelection& selection) {
             std::mt19937 of_selection(static_cast<std::uint32_t>(seed));
-            for (auto& selected : selection.PodSelected)
-                if (of_selection() % 4 == 0) selected = 0;
+            for (const Pod pod : all_pods())
+                if (of_selection() % 4 == 0) selection.PodSelected.remove(pod);
             for (auto& pod : selection.ChannelSelected)
                 for (auto& selected : pod)
                     if (of_selection() % 2 == 0) selected = 0;

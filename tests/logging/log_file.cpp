@@ -334,27 +334,59 @@ TEST_F(LogFileTest, TheIntervalIsTheChoiceOrThePollRate) {
     EXPECT_EQ(state().ScanLogInterval, 30000);
 }
 
-TEST_F(LogFileTest, StoppingPutsTheIconsOfLoggedPodsBack) {
-    const std::int16_t before[] = {Resting,
-                                   LoggingResting,
-                                   SelectedLoggingResting,
-                                   LoggingDataArrived,
-                                   SelectedLoggingDataArrived,
-                                   Removed};
-    const std::int16_t after[] = {
-        Resting, Resting, SelectedResting, DataArrived, SelectedDataArrived, Removed};
-    for (int pod = 1; pod <= 6; ++pod) {
-        rig.add_pod(pod, "7R");
-        rig.status(pod).IconState = before[pod - 1];
-    }
-    rig.status(2).LogScan = 0;  // marked for events alone
-    rig.status(7).IconState = LoggingResting;
+TEST(ScanLogging, AddsARecordAtAPollBoundaryWhenItsIntervalHasPassed) {
+    struct Row {
+        int interval_ms;
+        int poll_rate;
+        std::vector<std::uint32_t> records_ms;  // of five seconds
+    };
+    const Row rows[] = {
+        {1000, 1000, {1000, 2000, 3000, 4000, 5000}},
+        {2000, 1000, {2000, 4000}},
+        {2000, 1500, {3000}},
+        // 100 ms less than the interval are enough.
+        {2100, 1000, {2000, 4000}},
+        {2101, 1000, {3000}},
+        {1000, 3000, {3000}},
+    };
+    // The tick count from its start, over its wrap, and beyond what a signed number holds.
+    for (const std::uint32_t begin : {0U, 0xFFFFFFFF - 2500U, 3'000'000'000U})
+        for (const Row& row : rows) {
+            MemoryFiles files;
+            LogRig rig(files);
+            rig.add_pod(1, "7R");
+            rig.configuration.Interface.PollRate = static_cast<std::int16_t>(row.poll_rate);
+            rig.run_time.Log.ScanIntervalChoice = row.interval_ms;
+            rig.log.log_scans({begin + 500, 0});  // does not run yet
+            rig.log.Start_Log_File(ScanLog);
+            rig.run_time.Poll.LastScanLogTime = begin;
+            std::vector<std::uint32_t> records_ms;
+            for (int ms = row.poll_rate; ms <= 5000; ms += row.poll_rate) {
+                const Moment now{begin + static_cast<std::uint32_t>(ms), 0};
+                rig.log.log_scans(now);
+                if (rig.run_time.Poll.LastScanLogTime == now.Ticks)
+                    records_ms.push_back(now.Ticks - begin);
+            }
+            EXPECT_EQ(records_ms, row.records_ms) << row.interval_ms << "/" << row.poll_rate;
+            rig.log.Stop_Log_File(ScanLog);
+            EXPECT_EQ(read_log(files, ScanPath).records.size(), records_ms.size());
+        }
+}
+
+TEST(ScanLogging, BeginsAtOnceOnAMachineThatHasRunForMonths) {
+    MemoryFiles files;
+    LogRig rig(files);
     rig.log.Start_Log_File(ScanLog);
-    rig.log.Stop_Log_File(ScanLog);
-    for (int pod = 1; pod <= 6; ++pod) EXPECT_EQ(rig.status(pod).IconState, after[pod - 1]) << pod;
-    EXPECT_EQ(rig.status(7).IconState, LoggingResting);
-    EXPECT_EQ(rig.screen.img_ZAV[2].picture, Picture::imgZAV);
-    EXPECT_EQ(rig.screen.img_ZAV[3].picture, Picture::img1ZAV_D);
+    rig.log.log_scans({3'000'000'000U, 0});
+    EXPECT_EQ(rig.run_time.Poll.LastScanLogTime, 3'000'000'000U);
+}
+
+TEST_F(LogFileTest, EventsAreTakenWhileTheirLogRunsAlone) {
+    EXPECT_FALSE(rig.log.log_events({1000, 0}));
+    rig.log.Start_Log_File(EventLog);
+    EXPECT_TRUE(rig.log.log_events({2000, 0}));
+    rig.log.Stop_Log_File(EventLog);
+    EXPECT_THAT(read_log(files, EventPath).records, SizeIs(1));
 }
 
 TEST_F(LogFileTest, AStopWaitsForTheRecordThatIsBeingAdded) {

@@ -126,7 +126,7 @@ TEST_F(LogSetupTest, AFileThatCannotBeALogIsRefused) {
 }
 
 TEST_F(LogSetupTest, OkStoresTheSetUpAndMarksTheSelectedPods) {
-    run_time->Link.ZavSelected[2] = 1;
+    run_time->Link.ZavSelected.add(Pod::numbered(3));
     run_time->Status[0].LogScan = 1;
     run_time->Status[0].LogEvents = 1;
     LogSetup scans = open(ScanLog);

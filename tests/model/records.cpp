@@ -48,8 +48,7 @@ struct DefaultCase {
 const DefaultCase DefaultCases[] = {
     {NoDevice, 0, 0, 0, 0},  {Type7R, 20, 1, 10, 10}, {Type7S, 10, 1, 10, 10},
     {Type7T, 20, 1, 10, 10}, {Type7U, 20, 1, 10, 10}, {Type8R, 20, 0, 70, 70},
-    {Type8S, 32, 0, 70, 70}, {Type7V, 20, 1, 10, 70}, {Type7W, 20, 1, 10, 70},
-};
+    {Type8S, 32, 0, 70, 70}, {Type7V, 20, 1, 10, 70}, {Type7W, 20, 1, 10, 70}};
 
 TEST(Defaults, ModesChannelsAndCalibrationOfEachType) {
     for (const DefaultCase& c : DefaultCases) {

@@ -67,6 +67,12 @@ TEST_P(FilesContract, ReadingNeedsTheFile) {
     EXPECT_FALSE(files_->exists(path("none")));
 }
 
+TEST_P(FilesContract, ReadingTooMuchIsRefused) {
+    put("a", "0123456789");
+    EXPECT_EQ(read_all(*files_, path("a"), 10).size(), 10u);
+    EXPECT_EQ(failure_of([&] { read_all(*files_, path("a"), 9); }), std::errc::file_too_large);
+}
+
 TEST_P(FilesContract, ReadingGoesOnToTheEnd) {
     put("a", "0123456789");
     const auto file = files_->open(path("a"), OpenMode::Read);

@@ -1,7 +1,5 @@
 // Pods and cards that fail on demand.
 
-#include <gtest/gtest.h>
-
 #include <set>
 
 #include "sim/bench_network.h"
@@ -9,143 +7,114 @@
 namespace kavorix::test {
 namespace {
 
-std::string pod_with(const std::string& fault, const std::string& channels = "") {
-    return "[card]\n[[pod]]\nnumber = 3\nident = \"7VJA 0F 1.00\"\n" + channels +
-           "[[pod.fault]]\n" + fault + "\n";
+TEST(PodFault, StrikesFromItsBeginUntilBeforeItsEnd) {
+    const auto lasting = [](const std::string& kind) {
+        return "7V; fault " + kind + " from_s=10 to_s=20";
+    };
+    // The status is asked for before, during and after the fault; what becomes of that during it.
+    const auto around = [](const std::string& sent, const std::string& waiting,
+                           const std::string& found) {
+        return "send ST? sent | wait 100 ms | waiting 3? yes | text? 7VJA 0F 1.00 | wait 9900 ms | "
+               "send ST? " +
+               sent + " | wait 100 ms | waiting 3? " + waiting + " | text? nothing | connect?" +
+               found + " | wait 9899 ms | send ST? " + sent +
+               " | wait 1 ms | send ST? sent | wait 100 ms | waiting 3? yes | "
+               "text? 7VJA 0F 1.00";
+    };
+    expect_told({
+        {"dead", lasting("dead"), around("not sent", "error", "")},
+        {"commands do not get through", lasting("transmit_error"), around("not sent", "no", " 5")},
+        {"answers do not", lasting("receive_error"), around("sent", "error", " 5")},
+        {"the status alone does not", lasting("no_status"), around("sent", "no", " 5")},
+        {"answers show later", "7V; fault slow_answer delay_ms=700",
+         "send ST | wait 704 ms | waiting 3? no | text? nothing | wait 1 ms | waiting 3? yes | "
+         "text? 7VJA 0F 1.00 | send TR | wait 1079 ms | waiting 0? no | wait 1 ms | waiting 0? "
+         "yes"},
+        {"texts break off", "7V; fault half_text", "send ST | wait 5 ms | text? 7VJA 0~~~~~~"},
+        {"a reset comes once, in the midst of a scan", "7V; fault reset from_s=1.2",
+         "wait 1150 ms | send TR | wait 2 s | waiting 0? no | send TR | wait 1 s | waiting 0? yes"},
+    });
 }
 
-std::string faulty(const std::string& kind) {
-    return pod_with("kind = \"" + kind + "\"");
-}
-
-TEST(PodFaultTest, ASlowAnswerShowsLater) {
-    BenchNetwork bench(pod_with("kind = \"slow_answer\"\ndelay_ms = 700"));
-    bench.send(3, "ST");
-    bench.loop.advance(704);
-    EXPECT_FALSE(bench.waiting(3, TextStream));
-    EXPECT_EQ(bench.text(3, TextStream), std::nullopt);
-    bench.loop.advance(1);
-    EXPECT_TRUE(bench.waiting(3, TextStream));
-    EXPECT_EQ(bench.text(3, TextStream), "7VJA 0F 1.00");
-    bench.send(3, "TR");
-    bench.loop.advance(1000);
-    EXPECT_FALSE(bench.waiting(3, ReadingStream));
-    bench.loop.advance(1000);
-    EXPECT_TRUE(bench.waiting(3, ReadingStream));
-}
-
-TEST(PodFaultTest, GarbageStatusIsNoneOfTheKnownValues) {
-    BenchNetwork bench(faulty("garbage_status"));
-    std::array<char, 12> buffer{};
+TEST(PodFault, AReadFailsWithAReceiveError) {
+    BenchNetwork bench(pod(5, "7V; fault receive_error"));
     std::array<float, 32> values{};
     std::array<std::int16_t, 32> codes{};
+    std::array<char, 12> buffer{};
+    std::int16_t count = 20;
+    EXPECT_EQ(bench.network.Zav_Numeric(5, 0, count, values, codes, bench.handle), 1);
+    EXPECT_EQ(bench.network.Zav_String(5, 3, buffer, bench.handle), 1);
+}
+
+TEST(PodFault, GarbageIsAnything) {
+    std::array<float, 32> values{};
+    std::array<std::int16_t, 32> codes{};
+    std::array<char, 12> buffer{};
     std::int16_t count = 32;
+    BenchNetwork status(pod(5, "7V; fault garbage_status"));
     std::set<std::int16_t> seen;
     for (int i = 0; i < 2000; ++i)
-        for (const std::int16_t status :
-             {bench.send(3, "TR"), bench.network.Zav_Test(3, 0, bench.handle),
-              bench.network.Zav_String(3, 3, buffer, bench.handle),
-              bench.network.Zav_Numeric(3, 0, count, values, codes, bench.handle)}) {
-            EXPECT_TRUE(status < -1 || status > 2) << status;
-            seen.insert(status);
-        }
+        seen.merge(std::set<std::int16_t>{
+            status.send(5, "TR"), status.network.Zav_Test(5, 0, status.handle),
+            status.network.Zav_String(5, 3, buffer, status.handle),
+            status.network.Zav_Numeric(5, 0, count, values, codes, status.handle)});
     EXPECT_GT(seen.size(), 1000u);
-}
+    for (std::int16_t known = -1; known <= 2; ++known) EXPECT_FALSE(seen.contains(known));
 
-TEST(PodFaultTest, GarbageCountsCanBeAnyNumber) {
-    BenchNetwork bench(faulty("garbage_counts"));
-    bool negative = false;
-    bool large = false;
+    BenchNetwork counts(pod(5, "7V; fault garbage_counts"));
+    std::set<std::int16_t> other;
     for (int i = 0; i < 50; ++i) {
-        bench.send(3, "TR");
-        bench.loop.advance(1000);
-        std::array<float, 32> values{};
-        std::array<std::int16_t, 32> codes{};
-        std::int16_t count = 32;
-        ASSERT_EQ(bench.network.Zav_Numeric(3, 0, count, values, codes, bench.handle), 0);
-        negative = negative || count < 0;
-        large = large || count > 1000;
+        counts.play(5, "send TR | wait 1 s");
+        ASSERT_EQ(counts.network.Zav_Numeric(5, 0, count, values, codes, counts.handle), 0);
+        other.insert(count);
         EXPECT_EQ(codes[0], 0) << "the values themselves are right";
     }
-    EXPECT_TRUE(negative);
-    EXPECT_TRUE(large);
+    EXPECT_LT(*other.begin(), 0);
+    EXPECT_GT(*other.rbegin(), 1000);
+
+    BenchNetwork numbers(pod(5, "7V; fault garbage_values"));
+    const ScanRecord scan = numbers.triggered_scan(5);
+    EXPECT_GT(std::set(scan.codes.begin(), scan.codes.end()).size(), 15u);
+    EXPECT_GT(std::set(scan.values.begin(), scan.values.end()).size(), 15u);
+
+    BenchNetwork texts(pod(5, "7V; fault garbage_text"));
+    texts.play(5, "send ST | wait 5 ms");
+    const std::string text = texts.text(5, TextStream, 30).value();
+    EXPECT_GT(std::set(text.begin(), text.end()).size(), 20u);
 }
 
-TEST(PodFaultTest, GarbageValuesAreAnyNumbers) {
-    BenchNetwork bench(faulty("garbage_values"));
-    const ScanRecord first = bench.triggered_scan(3);
-    EXPECT_EQ(first.values.size(), 20u);
-    EXPECT_GT(std::set<std::int16_t>(first.codes.begin(), first.codes.end()).size(), 15u);
-    bench.send(3, "ME01");
-    bench.loop.advance(1000);
-    EXPECT_NE(bench.answer(3)->code, 0);
+// How many of 5000 commands to a pod are lost.
+int lost(BenchNetwork& bench, std::int16_t pod) {
+    int count = 0;
+    for (int i = 0; i < 5000; ++i) count += bench.send(pod, "HA");
+    return count;
 }
 
-TEST(PodFaultTest, TextsBreakOffOrAreAnyBytes) {
-    BenchNetwork half(faulty("half_text"));
-    half.send(3, "ST");
-    half.loop.advance(10);
-    EXPECT_EQ(half.text(3, TextStream), "7VJA 0~~~~~~");
-    BenchNetwork garbage(faulty("garbage_text"));
-    garbage.send(3, "ST");
-    garbage.loop.advance(10);
-    const std::string text = garbage.text(3, TextStream, 30).value();
-    EXPECT_GT(std::set<char>(text.begin(), text.end()).size(), 20u);
+TEST(Chaos, StrikesThatShareOfTheCallsOfEveryPodWithinItsSpan) {
+    BenchNetwork bench(pod(1, "7V; fault transmit_error rate=0.2") + pod(50, "7R"),
+                       "[card]\n[chaos]\ntransmit_error=0.5\nfrom_s=10\nto_s=20\n");
+    EXPECT_NEAR(lost(bench, 1), 1000, 120);
+    EXPECT_EQ(lost(bench, 50), 0);
+    bench.loop.advance(10000);
+    EXPECT_NEAR(lost(bench, 1), 3000, 150) << "0.2 and half of the rest";
+    EXPECT_NEAR(lost(bench, 50), 2500, 150);
+    bench.loop.advance(10000);
+    EXPECT_EQ(lost(bench, 50), 0);
 }
 
-TEST(PodFaultTest, AResetComesOnceInTheMidstOfAScan) {
-    BenchNetwork bench(pod_with("kind = \"reset\"\nfrom_s = 1.2"));
-    bench.send(3, "FR3");
-    bench.loop.advance(1150);
-    bench.send(3, "TR");
-    bench.loop.advance(100);
-    EXPECT_FALSE(bench.waiting(3, ReadingStream));
-    EXPECT_EQ(bench.network.held(3)->integration, 0);
-    bench.loop.advance(2000);
-    EXPECT_FALSE(bench.waiting(3, ReadingStream)) << "the scan is gone";
-    bench.send(3, "FR2");
-    bench.loop.advance(2000);
-    bench.waiting(3, ReadingStream);
-    EXPECT_EQ(bench.network.held(3)->integration, 2) << "no second reset";
-}
-
-TEST(PodFaultTest, ARateStrikesThatShareOfTheCalls) {
-    BenchNetwork bench(pod_with("kind = \"transmit_error\"\nrate = 0.2"));
-    int errors = 0;
-    for (int i = 0; i < 5000; ++i) errors += bench.send(3, "HA");
-    EXPECT_NEAR(errors, 1000, 120);
-}
-
-TEST(ChaosTest, StrikesEveryPodWithinItsSpan) {
-    BenchNetwork bench(
-        "[card]\n[chaos]\ntransmit_error = 0.5\nfrom_s = 10.0\nto_s = 20.0\n"
-        "[[pod]]\nnumber = 1\nident = \"7VJA 0F 1.00\"\n"
-        "[[pod]]\nnumber = 2\nident = \"7RAA 0F 1.00\"\n");
-    const auto errors = [&](std::int16_t pod) {
-        int count = 0;
-        for (int i = 0; i < 400; ++i) count += bench.send(pod, "HA");
-        return count;
-    };
-    EXPECT_EQ(errors(1), 0);
-    bench.loop.advance(15000);
-    EXPECT_NEAR(errors(1), 200, 50);
-    EXPECT_NEAR(errors(2), 200, 50);
-    bench.loop.advance(5000);
-    EXPECT_EQ(errors(1) + errors(2), 0);
-}
-
-TEST(CardFaultTest, ACardCanDisappearAndComeBack) {
-    BenchNetwork bench(
-        "[card]\n[[card.fault]]\nfrom_s = 5.0\nto_s = 9.0\n"
-        "[[pod]]\nnumber = 3\nident = \"7VJA 0F 1.00\"\n");
-    EXPECT_EQ(bench.send(3, "TR"), 0);
-    bench.loop.advance(5000);
-    EXPECT_EQ(bench.send(3, "TR"), 1);
-    EXPECT_EQ(bench.network.Zav_Test(3, 0, bench.handle), -1);
+TEST(CardFault, ACardCanDisappearAndComeBack) {
+    BenchNetwork bench(pod(5, "7V"), "[card]\n[[card.fault]]\nfrom_s=5\nto_s=9\n");
+    const std::string scene =
+        "wait 4999 ms | send TR? sent | waiting 0? no | wait 1 ms | send TR? not sent | waiting 0? "
+        "error";
+    EXPECT_EQ(bench.play(5, scene), scene);
     EXPECT_LT(bench.network.Zav_Connect(-14336), 0);
     EXPECT_NE(bench.network.Zav_Init(bench.present, bench.handle), 0);
-    bench.loop.advance(4000);
-    EXPECT_EQ(bench.send(3, "TR"), 0);
+    // The scan of before is still there.
+    const std::string back =
+        "wait 3999 ms | send TR? not sent | waiting 0? error | wait 1 ms | waiting 0? yes | send "
+        "TR? sent";
+    EXPECT_EQ(bench.play(5, back), back);
 }
 
 }  // namespace

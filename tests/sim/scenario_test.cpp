@@ -5,34 +5,26 @@
 #include <fstream>
 #include <map>
 #include <set>
+#include <sstream>
+#include <tuple>
 
 #include "sim/pod_types.h"
 
 namespace kavorix::test {
 namespace {
 
+using sim::FaultKind;
 using sim::load_scenario;
+using std::tuple;
 
-const std::string Pod = "[[pod]]\nnumber = 3\nident = \"7VJA 0F 1.00\"\n";
-const std::string Channel = Pod + "[[pod.channel]]\nnumber = 1\nsignal = \"sine\"\n";
-
-TEST(ScenarioTest, EveryKey) {
-    const auto loaded = load_scenario(R"(seed = 42
-[card]
-address = "D000"
-handle = 2
-version = "Bench"
-[[card.fault]]
-from_s = 30.0
-to_s = 31.0
-[chaos]
-receive_error = 0.25
-slow_answer = 0.5
-delay_ms = 77
-from_s = 10.0
-to_s = 20.0
+TEST(Scenario, EveryKeyIsRead) {
+    const auto loaded = load_scenario(R"(
+seed = 42
+card = {address = "D000", handle = 2, version = "Bench", fault = [{from_s = 30.0, to_s = 31.0}]}
+chaos = {receive_error = 0.25, slow_answer = 0.5, delay_ms = 77, from_s = 10.0, to_s = 20.0}
 [[pod]]
-number = 9
+number = 48
+last = 50
 ident = "8RCA 0F 2.10"
 answer_ms = 40
 ambient = 21.0
@@ -42,10 +34,12 @@ reference = 0.0
 noise = 0.5
 hum_v = 0.1
 mains_hz = 60.0
+fault = [{kind = "no_status", from_s = 5.0, to_s = 10.0, rate = 0.75, delay_ms = 90}]
+text = [{text = "C01 — café", at_s = 2.0, every_s = 60.0}]
 [[pod.channel]]
 number = 2
 last = 4
-signal = "square"
+signal = "pattern"
 amplitude = 3.0
 offset = 1.0
 offset_step = 0.5
@@ -54,280 +48,244 @@ phase = 0.5
 phase_step = 0.25
 duty = 0.1
 step_s = 0.2
+edges_s = [1, 2.5]
 default_mode = 76
 sensor = "rtd_100"
 lead_ohms = 0.75
 gauge_factor = 2.1
 gauge_ohms = 350.0
 imbalance_mv_v = -0.2
-[[pod.fault]]
-kind = "no_status"
-from_s = 5.0
-to_s = 10.0
-rate = 0.75
-delay_ms = 90
-[[pod.text]]
-text = "C01 — café"
-at_s = 2.0
-every_s = 60.0
+[[pod.channel]]
+number = 19
+signal = "square"
 [[pod]]
 number = 4
 ident = "7S          "
+channel = [{number = 10, signal = "sine"}]
 )",
                                       "x.toml");
-    ASSERT_TRUE(loaded.scenario.has_value());
+    EXPECT_EQ(loaded.errors, std::vector<std::string>());
+    ASSERT_TRUE(loaded.scenario);
     const sim::Scenario& scenario = *loaded.scenario;
-    EXPECT_EQ(scenario.seed, 42u);
-    EXPECT_EQ(scenario.card->address, static_cast<std::int16_t>(0xD000));
-    EXPECT_EQ(scenario.card->handle, 2);
-    EXPECT_EQ(scenario.card->version, "Bench");
-    ASSERT_EQ(scenario.pods.size(), 2u);
-    EXPECT_EQ(scenario.pods[0].number, 4);
-    const sim::PodSettings& pod = scenario.pods[1];
-    EXPECT_EQ(pod.ident, "8RCA 0F 2.10");
-    EXPECT_EQ(pod.answer_ms, 40);
-    EXPECT_EQ(pod.ambient, 21.0);
-    EXPECT_EQ(pod.ambient_swing, 2.0);
-    EXPECT_EQ(pod.ambient_period_s, 3600.0);
-    EXPECT_EQ(pod.reference, 0.0);
-    EXPECT_EQ(pod.noise, 0.5);
-    EXPECT_EQ(pod.hum_v, 0.1);
-    EXPECT_EQ(pod.mains_hz, 60.0);
-    EXPECT_EQ(pod.channels[0].signal.kind, sim::SignalKind::Open);
-    sim::Signal third;
-    third.kind = sim::SignalKind::Square;
-    third.amplitude = 3.0;
-    third.offset = 1.5;
-    third.period_s = 4.0;
-    third.phase = 0.75;
-    third.duty = 0.1;
-    third.step_s = 0.2;
-    EXPECT_EQ(pod.channels[2].signal, third);
-    EXPECT_EQ(pod.channels[3].default_mode, 76);
-    EXPECT_EQ(pod.channels[3].sensor, sim::SensorKind::Platinum100);
-    EXPECT_EQ(pod.channels[3].lead_ohms, 0.75);
-    EXPECT_EQ(pod.channels[3].gauge_factor, 2.1);
-    EXPECT_EQ(pod.channels[3].gauge_ohms, 350.0);
-    EXPECT_EQ(pod.channels[3].imbalance_mv_v, -0.2);
+    const auto& card = scenario.card.value();
+    EXPECT_EQ(tuple(scenario.seed, card.address, card.handle, card.version),
+              tuple(42U, static_cast<std::int16_t>(0xD000), 2, "Bench"));
+    std::vector<tuple<FaultKind, double, double, double, int>> faults;
+    for (const auto* some : {&scenario.chaos, &scenario.pods.back().faults})
+        for (const sim::Fault& fault : *some)
+            faults.emplace_back(fault.kind, fault.from_s, fault.to_s, fault.rate.value_or(2),
+                                fault.delay_ms);
+    const decltype(faults) expected_faults = {{FaultKind::ReceiveError, 10, 20, 0.25, 77},
+                                              {FaultKind::SlowAnswer, 10, 20, 0.5, 77},
+                                              {FaultKind::NoStatus, 5, 10, 0.75, 90}};
+    EXPECT_EQ(faults, expected_faults);
+    EXPECT_EQ(tuple(scenario.card_faults.at(0).from_s, scenario.card_faults[0].to_s),
+              tuple(30., 31.));
+
+    std::vector<std::pair<int, std::string>> pods;
+    for (const sim::PodSettings& pod : scenario.pods) pods.emplace_back(pod.number, pod.ident);
+    const decltype(pods) expected_pods = {
+        {4, "7S          "}, {48, "8RCA 0F 2.10"}, {49, "8RCA 0F 2.10"}, {50, "8RCA 0F 2.10"}};
+    ASSERT_EQ(pods, expected_pods);
+    const sim::PodSettings& pod = scenario.pods[3];
+    EXPECT_EQ(tuple(pod.answer_ms, pod.ambient, pod.ambient_swing, pod.ambient_period_s,
+                    pod.reference, pod.noise, pod.hum_v, pod.mains_hz),
+              tuple(40, 21., 2., 3600., 0., 0.5, 0.1, 60.));
+    const sim::PodText& text = pod.texts.at(0);
+    EXPECT_EQ(tuple(text.text, text.at_s, text.every_s), tuple("C01 \x97 caf\xE9", 2., 60.));
+    sim::Signal signal = {sim::SignalKind::Pattern, 3, 1.5, 4, 0.75, 0.1, 0.2, {1, 2.5}};
+    EXPECT_TRUE(pod.channels[2].signal == signal) << "the second of its group";
+    const sim::ChannelSettings& third = pod.channels[3];
+    EXPECT_EQ(tuple(third.default_mode, third.sensor, third.lead_ohms, third.gauge_factor,
+                    third.gauge_ohms, third.imbalance_mv_v, third.signal.phase),
+              tuple(76, sim::SensorKind::Platinum100, 0.75, 2.1, 350., -0.2, 0.));
+    EXPECT_TRUE(pod.channels[0].signal == sim::Signal()) << "nothing is connected";
     EXPECT_EQ(pod.channels[4].default_mode, std::nullopt);
-    ASSERT_EQ(pod.faults.size(), 1u);
-    EXPECT_EQ(pod.faults[0].kind, sim::FaultKind::NoStatus);
-    EXPECT_EQ(pod.faults[0].to_s, 10.0);
-    EXPECT_EQ(pod.faults[0].rate, 0.75);
-    EXPECT_EQ(pod.faults[0].delay_ms, 90);
-    ASSERT_EQ(scenario.card_faults.size(), 1u);
-    EXPECT_EQ(scenario.card_faults[0].from_s, 30.0);
-    EXPECT_EQ(scenario.card_faults[0].to_s, 31.0);
-    ASSERT_EQ(scenario.chaos.size(), 2u);
-    EXPECT_EQ(scenario.chaos[0].kind, sim::FaultKind::ReceiveError);
-    EXPECT_EQ(scenario.chaos[0].rate, 0.25);
-    EXPECT_EQ(scenario.chaos[1].kind, sim::FaultKind::SlowAnswer);
-    EXPECT_EQ(scenario.chaos[1].delay_ms, 77);
-    EXPECT_EQ(scenario.chaos[1].from_s, 10.0);
-    EXPECT_EQ(scenario.chaos[1].to_s, 20.0);
-    ASSERT_EQ(pod.texts.size(), 1u);
-    EXPECT_EQ(pod.texts[0].text, "C01 \x97 caf\xE9");
-    EXPECT_EQ(pod.texts[0].every_s, 60.0);
+    // What is digital swings between logic levels unless told.
+    signal = {sim::SignalKind::Square, 2.5, 2.5, 10, 0, 0.5, 0.1, {}};
+    EXPECT_TRUE(pod.channels[18].signal == signal);
+    EXPECT_EQ(scenario.pods[0].channels[9].signal.amplitude, 1.0);
 }
 
-TEST(ScenarioTest, WithoutACardTableThereIsNoCard) {
+const std::string Pod = "[[pod]]\nnumber = 3\nident = \"7VJA 0F 1.00\"\n";
+
+TEST(Scenario, WithoutACardTableThereIsNoCard) {
     EXPECT_FALSE(load_scenario(Pod, "x.toml").scenario->card.has_value());
     EXPECT_EQ(load_scenario("[card]\n", "x.toml").scenario->card->address, -14336);
 }
 
-TEST(ScenarioTest, OneTableCanDescribeSeveralPods) {
-    const auto scenario = *load_scenario(Channel +
-                                             "[[pod]]\nnumber = 7\nlast = 9\nident = "
-                                             "\"8SFA 0F 1.00\"\n",
-                                         "x.toml")
-                               .scenario;
-    ASSERT_EQ(scenario.pods.size(), 4u);
-    EXPECT_EQ(scenario.pods[1].number, 7);
-    EXPECT_EQ(scenario.pods[3].number, 9);
-    EXPECT_EQ(scenario.pods[3].ident, "8SFA 0F 1.00");
+// Wrong files: beside each wrong line, behind "#", what is told of it. It is told of the value; of
+// an unknown key, or where something is missing, of the line's beginning.
+const char* const WrongFiles[] = {
+    R"(sede = 1 # unknown key "sede"; did you mean "seed"?
+zzz = 1 # unknown key "zzz"
+seed = -1 # "seed" must be a whole number from 0 to 9000000000000000
+[card]
+adress = "C800" # unknown key "card.adress"; did you mean "address"?
+address = "C80" # "card.address" must be four hexadecimal digits in capitals, such as "C800"
+handle = -1 # "card.handle" must be a whole number from 0 to 32767
+version = "12345678901234567890123456789012345" # "card.version" must be a text of 0 to 34 characters
+[[card.fault]]
+from = 2 # unknown key "card.fault.from"; did you mean "from_s"?
+from_s = 2
+to_s = 1 # "card.fault.to_s" must be later than "card.fault.from_s"
+[chaos]
+half_txt = 0.5 # unknown key "chaos.half_txt"; did you mean "half_text"?
+transmit_error = 1.5 # "chaos.transmit_error" must be a number from 0 to 1
+from_s = 2
+to_s = 1 # "chaos.to_s" must be later than "chaos.from_s"
+)",
+    R"([card]
+address = "c800" # "card.address" must be four hexadecimal digits in capitals, such as "C800"
+[[pod]] # "pod.number" is missing
+ident = "7VJA 0F 1.00"
+[[pod]] # "pod.ident" is missing
+number = 3
+[[pod]]
+number = 51 # "pod.number" must be a pod number from 1 to 50
+ident = "7V" # "pod.ident" must be a text of 12 characters
+[[pod]]
+number = 2.0 # "pod.number" must be a pod number from 1 to 50
+ident = "7VЖ" # "pod.ident" holds a character that has no place in code page 1252
+[[pod]]
+number = 4
+last = 2 # "pod.last" must not be below "pod.number"
+ident = 7 # "pod.ident" must be a text of 12 characters
+[[pod]]
+number = 1
+last = 51 # "pod.last" must be a pod number from 1 to 50
+ident = "7VJA 0F 1.00"
+foo = 1 # unknown key "pod.foo"
+answer = 5 # unknown key "pod.answer"; did you mean "answer_ms"?
+answer_ms = 0.5 # "pod.answer_ms" must be a whole number from 0 to 60000
+ambient = -300 # "pod.ambient" must be a temperature in degrees Celsius
+ambient_swing = true # "pod.ambient_swing" must be a number
+ambient_period_s = 0 # "pod.ambient_period_s" must be a time in seconds, above 0
+reference = "0" # "pod.reference" must be a temperature in degrees Celsius
+noise = -1 # "pod.noise" must be a number, 0 or more
+hum_v = -1 # "pod.hum_v" must be volts, 0 or more
+mains_hz = 0 # "pod.mains_hz" must be a frequency from 1 to 1000
+[[pod]]
+number = 3 # "pod.number" names pod 3 again
+ident = "7VJA 0F 1.00"
+[[pod.fault]] # "pod.fault.kind" is missing
+from_s = -5 # "pod.fault.from_s" must be a time in seconds, 0 or more
+[[pod.fault]]
+kind = "deaf" # "pod.fault.kind" must be one of dead, transmit_error, receive_error, no_status, slow_answer, garbage_status, garbage_counts, garbage_values, garbage_text, half_text, reset; did you mean "dead"?
+to = 3 # unknown key "pod.fault.to"; did you mean "to_s"?
+from_s = 5
+to_s = 5 # "pod.fault.to_s" must be later than "pod.fault.from_s"
+rate = 2 # "pod.fault.rate" must be a number from 0 to 1
+delay_ms = 0 # "pod.fault.delay_ms" must be a whole number from 1 to 60000
+[[pod.text]] # "pod.text.text" is missing
+at_s = -1 # "pod.text.at_s" must be a time in seconds, 0 or more
+[[pod.text]]
+text = "" # "pod.text.text" must be a text of 1 to 255 characters
+every = 3 # unknown key "pod.text.every"; did you mean "every_s"?
+every_s = 0 # "pod.text.every_s" must be a time in seconds, above 0
+)",
+    R"([[pod]]
+number = 3
+ident = "7VJA 0F 1.00"
+[[pod.channel]] # "pod.channel.number" is missing
+signal = "sine"
+[[pod.channel]] # "pod.channel.signal" is missing
+number = 1
+[[pod.channel]]
+number = 21 # "pod.channel.number" must be a channel number from 1 to 20
+signal = "sinus" # "pod.channel.signal" must be one of constant, sine, ramp, square, pattern, noise, random_walk, counter, open, absent; did you mean "sine"?
+[[pod.channel]]
+number = 1 # "pod.channel.number" names channel 1 again
+last = 0 # "pod.channel.last" must be a channel number from 1 to 20
+signal = "sine"
+[[pod.channel]]
+number = 5
+last = 4 # "pod.channel.last" must not be below "pod.channel.number"
+signal = "sine"
+amplitdue = 5 # unknown key "pod.channel.amplitdue"; did you mean "amplitude"?
+amplitude = "big" # "pod.channel.amplitude" must be a number
+offset = nan # "pod.channel.offset" must be a number
+period_s = 0 # "pod.channel.period_s" must be a time in seconds, above 0
+phase = 1.5 # "pod.channel.phase" must be a number from 0 to 1
+duty = -1 # "pod.channel.duty" must be a number from 0 to 1
+step_s = 0 # "pod.channel.step_s" must be a time in seconds, above 0
+edges_s = 3 # "pod.channel.edges_s" must be a list of numbers
+default_mode = 100 # "pod.channel.default_mode" must be a mode code from 0 to 99
+sensor = "thermocuple_k" # "pod.channel.sensor" must be one of auto, voltage, current, resistance, rtd_100, rtd_10, thermocouple_e, thermocouple_j, thermocouple_k, thermocouple_r, thermocouple_s, thermocouple_t, thermocouple_b, thermocouple_n, strain; did you mean "thermocouple_k"?
+lead_ohms = -1 # "pod.channel.lead_ohms" must be a resistance in ohms, 0 or more
+gauge_factor = "2" # "pod.channel.gauge_factor" must be a number
+gauge_ohms = 0 # "pod.channel.gauge_ohms" must be a resistance in ohms, 1 or more
+imbalance_mv_v = [] # "pod.channel.imbalance_mv_v" must be a number
+[[pod.channel]]
+number = 6
+signal = "sine"
+edges_s = [1.0, "x"] # "pod.channel.edges_s" must be a list of numbers
+default_mode = 76 # "pod.channel.default_mode" is not a mode of channel 6 of this pod
+[[pod.channel]]
+number = 7
+signal = "sine"
+edges_s = [2.0, 1.0] # "pod.channel.edges_s" must rise, above 0 and below "pod.channel.period_s"
+[[pod.channel]]
+number = 8
+signal = "sine"
+default_mode = 99 # "pod.channel.default_mode" is not a mode of channel 8 of this pod
+edges_s = [2.0, 10.0] # "pod.channel.edges_s" must rise, above 0 and below "pod.channel.period_s"
+)",
+    R"(card = 3 # "card" must be written as [card]
+pod = 3 # "pod" must be written as [[pod]]
+)",
+    R"(card = {address = 51200}# "card.address" must be a text of 0 to 255 characters
+)"};
+
+TEST(Scenario, EveryErrorIsToldWithItsPlace) {
+    for (const char* const text : WrongFiles) {
+        std::vector<std::string> expected;
+        std::istringstream lines(text);
+        int number = 0;
+        for (std::string line; std::getline(lines, line);) {
+            ++number;
+            const auto mark = line.find("# ");
+            if (mark == std::string::npos) continue;
+            const std::string told = line.substr(mark + 2);
+            const bool at_begin = line[0] == '[' || told.starts_with("unknown");
+            expected.push_back("x.toml:" + std::to_string(number) + ":" +
+                               std::to_string(at_begin ? 1 : line.rfind("= ", mark) + 3) + ": " +
+                               told);
+        }
+        const auto loaded = load_scenario(text, "x.toml");
+        EXPECT_EQ(loaded.errors, expected);
+        EXPECT_FALSE(loaded.scenario.has_value());
+    }
+    const auto no_table = load_scenario(Pod + "[[pod.chanel]]\nnumber = 1", "x.toml");
+    EXPECT_EQ(no_table.errors, std::vector<std::string>{"x.toml:4:7: unknown key \"pod.chanel\"; "
+                                                        "did you mean \"channel\"?"});
+    const auto no_toml = load_scenario("seed = 1\n[card\n", "dir/a.toml");
+    ASSERT_EQ(no_toml.errors.size(), 1u);
+    EXPECT_EQ(no_toml.errors[0].substr(0, 13), "dir/a.toml:2:");
+    EXPECT_FALSE(no_toml.scenario.has_value());
 }
 
-TEST(ScenarioTest, DigitalChannelsSwingBetweenLogicLevelsUnlessTold) {
-    const auto scenario = *load_scenario(Pod +
-                                             "[[pod.channel]]\nnumber=1\nsignal=\"square\"\n"
-                                             "[[pod.channel]]\nnumber=19\nsignal=\"square\"\n",
-                                         "x.toml")
-                               .scenario;
-    EXPECT_EQ(scenario.pods[0].channels[0].signal.amplitude, 1.0);
-    EXPECT_EQ(scenario.pods[0].channels[18].signal.amplitude, 2.5);
-    EXPECT_EQ(scenario.pods[0].channels[18].signal.offset, 2.5);
+std::string file_text(const std::string& name) {
+    std::ifstream file(KAVORIX_SOURCE_DIR "/" + name);
+    return {std::istreambuf_iterator<char>(file), {}};
 }
 
-struct ErrorCase {
-    std::string text;
-    std::string error;
-};
-
-void expect_errors(const std::vector<ErrorCase>& cases) {
-    for (const ErrorCase& c : cases) {
-        const auto loaded = load_scenario(c.text, "x.toml");
-        EXPECT_FALSE(loaded.scenario.has_value()) << c.text;
-        EXPECT_EQ(loaded.errors, std::vector<std::string>{c.error}) << c.text;
+TEST(Scenario, ThoseShippedLoad) {
+    for (const auto& [name, pods] : {std::pair{"demo.toml", 12U},
+                                     {"full.toml", 50U},
+                                     {"faulty.toml", 13U},
+                                     {"empty.toml", 0U}}) {
+        const auto loaded = load_scenario(file_text(std::string("scenarios/") + name), name);
+        EXPECT_EQ(loaded.errors, std::vector<std::string>()) << name;
+        EXPECT_EQ(loaded.scenario->pods.size(), pods) << name;
+        EXPECT_TRUE(loaded.scenario->card.has_value()) << name;
     }
 }
 
-TEST(ScenarioTest, UnknownKeysNameTheNearestRightOne) {
-    expect_errors({
-        {"sede = 1", "x.toml:1:1: unknown key \"sede\"; did you mean \"seed\"?"},
-        {"zzz = 1", "x.toml:1:1: unknown key \"zzz\""},
-        {"[card]\nadress = \"C800\"",
-         "x.toml:2:1: unknown key \"card.adress\"; did you mean \"address\"?"},
-        {Pod + "answer = 5", "x.toml:4:1: unknown key \"pod.answer\"; did you mean \"answer_ms\"?"},
-        {Channel + "amplitdue = 5",
-         "x.toml:7:1: unknown key \"pod.channel.amplitdue\"; did you mean \"amplitude\"?"},
-        {Pod + "[[pod.fault]]\nkind = \"dead\"\nto = 3",
-         "x.toml:6:1: unknown key \"pod.fault.to\"; did you mean \"to_s\"?"},
-        {Pod + "[[pod.text]]\ntext = \"A\"\nevery = 3",
-         "x.toml:6:1: unknown key \"pod.text.every\"; did you mean \"every_s\"?"},
-        {"[chaos]\nhalf_txt = 0.5",
-         "x.toml:2:1: unknown key \"chaos.half_txt\"; did you mean \"half_text\"?"},
-        {"[[card.fault]]\nfrom = 2",
-         "x.toml:2:1: unknown key \"card.fault.from\"; did you mean \"from_s\"?"},
-        {Pod + "[[pod.chanel]]\nnumber = 1",
-         "x.toml:4:7: unknown key \"pod.chanel\"; did you mean \"channel\"?"},
-    });
-}
-
-TEST(ScenarioTest, WrongValuesNameTheirKey) {
-    expect_errors({
-        {"seed = -1", "x.toml:1:8: \"seed\" must be a whole number from 0 to 9000000000000000"},
-        {"card = 3", "x.toml:1:8: \"card\" must be written as [card]"},
-        {"pod = 3", "x.toml:1:7: \"pod\" must be written as [[pod]]"},
-        {"[card]\naddress = \"C80\"",
-         "x.toml:2:11: \"card.address\" must be four hexadecimal digits in capitals, such as "
-         "\"C800\""},
-        {"[card]\naddress = \"c800\"",
-         "x.toml:2:11: \"card.address\" must be four hexadecimal digits in capitals, such as "
-         "\"C800\""},
-        {"[card]\naddress = 51200",
-         "x.toml:2:11: \"card.address\" must be a text of 0 to 255 characters"},
-        {"[card]\nhandle = -1",
-         "x.toml:2:10: \"card.handle\" must be a whole number from 0 to 32767"},
-        {"[card]\nversion = \"" + std::string(35, 'v') + "\"",
-         "x.toml:2:11: \"card.version\" must be a text of 0 to 34 characters"},
-        {"[[pod]]\nident = \"7VJA 0F 1.00\"", "x.toml:1:1: \"pod.number\" is missing"},
-        {"[[pod]]\nnumber = 3", "x.toml:1:1: \"pod.ident\" is missing"},
-        {"[[pod]]\nnumber = 51\nident = \"7VJA 0F 1.00\"",
-         "x.toml:2:10: \"pod.number\" must be a pod number from 1 to 50"},
-        {"[[pod]]\nnumber = 2.0\nident = \"7VJA 0F 1.00\"",
-         "x.toml:2:10: \"pod.number\" must be a pod number from 1 to 50"},
-        {"[[pod]]\nnumber = 2\nident = \"7V\"",
-         "x.toml:3:9: \"pod.ident\" must be a text of 12 characters"},
-        {"[[pod]]\nnumber = 2\nident = \"7V\u0416\"",
-         "x.toml:3:9: \"pod.ident\" holds a character that has no place in code page 1252"},
-        {Pod + Pod, "x.toml:5:10: \"pod.number\" names pod 3 again"},
-        {Pod + "last = 2", "x.toml:4:8: \"pod.last\" must not be below \"pod.number\""},
-        {Pod + "last = 51", "x.toml:4:8: \"pod.last\" must be a pod number from 1 to 50"},
-        {Pod + "answer_ms = 0.5",
-         "x.toml:4:13: \"pod.answer_ms\" must be a whole number from 0 to 60000"},
-        {Pod + "[[pod.channel]]\nsignal = \"sine\"",
-         "x.toml:4:1: \"pod.channel.number\" is missing"},
-        {Pod + "[[pod.channel]]\nnumber = 1", "x.toml:4:1: \"pod.channel.signal\" is missing"},
-        {Pod + "[[pod.channel]]\nnumber = 21\nsignal = \"sine\"",
-         "x.toml:5:10: \"pod.channel.number\" must be a channel number from 1 to 20"},
-        {Channel + "last = 0",
-         "x.toml:7:8: \"pod.channel.last\" must be a channel number from 1 to 20"},
-        {Pod + "[[pod.channel]]\nnumber = 5\nlast = 4\nsignal = \"sine\"",
-         "x.toml:6:8: \"pod.channel.last\" must not be below \"pod.channel.number\""},
-        {Channel + "[[pod.channel]]\nnumber = 1\nsignal = \"sine\"",
-         "x.toml:8:10: \"pod.channel.number\" names channel 1 again"},
-        {Pod + "[[pod.channel]]\nnumber = 1\nsignal = \"sinus\"",
-         "x.toml:6:10: \"pod.channel.signal\" must be one of constant, sine, ramp, square, "
-         "pattern, noise, random_walk, counter, open, absent; did you mean \"sine\"?"},
-        {Channel + "amplitude = \"big\"",
-         "x.toml:7:13: \"pod.channel.amplitude\" must be a number"},
-        {Channel + "offset = nan", "x.toml:7:10: \"pod.channel.offset\" must be a number"},
-        {Channel + "period_s = 0",
-         "x.toml:7:12: \"pod.channel.period_s\" must be a time in seconds, above 0"},
-        {Channel + "phase = 1.5", "x.toml:7:9: \"pod.channel.phase\" must be a number from 0 to 1"},
-        {Channel + "duty = -1", "x.toml:7:8: \"pod.channel.duty\" must be a number from 0 to 1"},
-        {Channel + "step_s = 0",
-         "x.toml:7:10: \"pod.channel.step_s\" must be a time in seconds, above 0"},
-        {Channel + "edges_s = 3", "x.toml:7:11: \"pod.channel.edges_s\" must be a list of numbers"},
-        {Channel + "edges_s = [1.0, \"x\"]",
-         "x.toml:7:11: \"pod.channel.edges_s\" must be a list of numbers"},
-        {Channel + "edges_s = [2.0, 1.0]",
-         "x.toml:7:11: \"pod.channel.edges_s\" must rise, above 0 and below "
-         "\"pod.channel.period_s\""},
-        {Channel + "default_mode = 100",
-         "x.toml:7:16: \"pod.channel.default_mode\" must be a mode code from 0 to 99"},
-        {Channel + "default_mode = 76",
-         "x.toml:7:16: \"pod.channel.default_mode\" is not a mode of channel 1 of this pod"},
-        {Pod + "[[pod.fault]]\nfrom_s = 1.0", "x.toml:4:1: \"pod.fault.kind\" is missing"},
-        {Pod + "[[pod.fault]]\nkind = \"deaf\"",
-         "x.toml:5:8: \"pod.fault.kind\" must be one of dead, transmit_error, receive_error, "
-         "no_status, slow_answer, garbage_status, garbage_counts, garbage_values, garbage_text, "
-         "half_text, reset; did you mean \"dead\"?"},
-        {Pod + "[[pod.fault]]\nkind = \"dead\"\nfrom_s = 5\nto_s = 5",
-         "x.toml:7:8: \"pod.fault.to_s\" must be later than \"pod.fault.from_s\""},
-        {Pod + "[[pod.fault]]\nkind = \"dead\"\nfrom_s = -5",
-         "x.toml:6:10: \"pod.fault.from_s\" must be a time in seconds, 0 or more"},
-        {Pod + "[[pod.fault]]\nkind = \"dead\"\nrate = 2",
-         "x.toml:6:8: \"pod.fault.rate\" must be a number from 0 to 1"},
-        {Pod + "[[pod.fault]]\nkind = \"dead\"\ndelay_ms = 0",
-         "x.toml:6:12: \"pod.fault.delay_ms\" must be a whole number from 1 to 60000"},
-        {"[[card.fault]]\nfrom_s = 2\nto_s = 1",
-         "x.toml:3:8: \"card.fault.to_s\" must be later than \"card.fault.from_s\""},
-        {"[chaos]\ntransmit_error = 1.5",
-         "x.toml:2:18: \"chaos.transmit_error\" must be a number from 0 to 1"},
-        {"[chaos]\nfrom_s = 2\nto_s = 1",
-         "x.toml:3:8: \"chaos.to_s\" must be later than \"chaos.from_s\""},
-        {Pod + "ambient = -300",
-         "x.toml:4:11: \"pod.ambient\" must be a temperature in degrees Celsius"},
-        {Pod + "ambient_swing = true", "x.toml:4:17: \"pod.ambient_swing\" must be a number"},
-        {Pod + "ambient_period_s = 0",
-         "x.toml:4:20: \"pod.ambient_period_s\" must be a time in seconds, above 0"},
-        {Pod + "reference = \"0\"",
-         "x.toml:4:13: \"pod.reference\" must be a temperature in degrees Celsius"},
-        {Pod + "noise = -1", "x.toml:4:9: \"pod.noise\" must be a number, 0 or more"},
-        {Pod + "hum_v = -1", "x.toml:4:9: \"pod.hum_v\" must be volts, 0 or more"},
-        {Pod + "mains_hz = 0", "x.toml:4:12: \"pod.mains_hz\" must be a frequency from 1 to 1000"},
-        {Channel + "sensor = \"thermocuple_k\"",
-         "x.toml:7:10: \"pod.channel.sensor\" must be one of auto, voltage, current, resistance, "
-         "rtd_100, rtd_10, thermocouple_e, thermocouple_j, thermocouple_k, thermocouple_r, "
-         "thermocouple_s, thermocouple_t, thermocouple_b, thermocouple_n, strain; did you mean "
-         "\"thermocouple_k\"?"},
-        {Channel + "lead_ohms = -1",
-         "x.toml:7:13: \"pod.channel.lead_ohms\" must be a resistance in ohms, 0 or more"},
-        {Channel + "gauge_factor = \"2\"",
-         "x.toml:7:16: \"pod.channel.gauge_factor\" must be a number"},
-        {Channel + "gauge_ohms = 0",
-         "x.toml:7:14: \"pod.channel.gauge_ohms\" must be a resistance in ohms, 1 or more"},
-        {Channel + "imbalance_mv_v = []",
-         "x.toml:7:18: \"pod.channel.imbalance_mv_v\" must be a number"},
-        {Pod + "[[pod.text]]\nat_s = 1", "x.toml:4:1: \"pod.text.text\" is missing"},
-        {Pod + "[[pod.text]]\ntext = \"\"",
-         "x.toml:5:8: \"pod.text.text\" must be a text of 1 to 255 characters"},
-    });
-}
-
-TEST(ScenarioTest, SeveralErrorsInTheOrderOfTheFile) {
-    const auto loaded = load_scenario(
-        "[[pod]]\nident = \"x\"\nfoo = 1\nnumber = 99\n[card]\nhandle = -1", "a.toml");
-    EXPECT_EQ(loaded.errors,
-              (std::vector<std::string>{
-                  "a.toml:2:9: \"pod.ident\" must be a text of 12 characters",
-                  "a.toml:3:1: unknown key \"pod.foo\"",
-                  "a.toml:4:10: \"pod.number\" must be a pod number from 1 to 50",
-                  "a.toml:6:10: \"card.handle\" must be a whole number from 0 to 32767"}));
-}
-
-TEST(ScenarioTest, WhatIsNoTomlIsReportedWithItsPlace) {
-    const auto loaded = load_scenario("seed = 1\n[card\n", "dir/a.toml");
-    ASSERT_EQ(loaded.errors.size(), 1u);
-    EXPECT_EQ(loaded.errors[0].substr(0, 13), "dir/a.toml:2:");
-    EXPECT_FALSE(loaded.scenario.has_value());
-}
-
-TEST(ScenarioTest, TheDemonstrationNetworkShowsEveryPodType) {
-    const sim::Scenario scenario = sim::demo_scenario();
+TEST(Scenario, TheDemonstrationShowsEveryPodTypeWithSignalsOnEveryChannel) {
+    EXPECT_EQ(sim::demo_scenario_text(), file_text("scenarios/demo.toml"));
     std::set<std::string> types;
-    for (const sim::PodSettings& pod : scenario.pods) {
+    for (const sim::PodSettings& pod : sim::demo_scenario().pods) {
         types.insert(pod.ident.substr(0, 2));
         const int channels = sim::channels_of(sim::pod_family(pod.ident.substr(0, 2)));
         for (int i = 0; i < channels; ++i)
@@ -336,77 +294,43 @@ TEST(ScenarioTest, TheDemonstrationNetworkShowsEveryPodType) {
                 << pod.number << "/" << i + 1;
     }
     EXPECT_EQ(types, (std::set<std::string>{"7R", "7S", "7T", "7U", "7V", "7W", "8R", "8S"}));
-    EXPECT_TRUE(scenario.card.has_value());
 }
 
-std::string shipped(const std::string& name) {
-    std::ifstream file(KAVORIX_SOURCE_DIR "/scenarios/" + name);
-    return {std::istreambuf_iterator<char>(file), {}};
+TEST(Scenario, TheFaultyNetworkHasEveryKindOfFault) {
+    std::set<FaultKind> kinds;
+    const auto scenario =
+        *load_scenario(file_text("scenarios/faulty.toml"), "faulty.toml").scenario;
+    for (const sim::PodSettings& pod : scenario.pods)
+        for (const sim::Fault& fault : pod.faults) kinds.insert(fault.kind);
+    EXPECT_EQ(kinds.size(), static_cast<std::size_t>(FaultKind::Reset) + 1);
+    EXPECT_FALSE(scenario.card_faults.empty());
+    EXPECT_FALSE(scenario.chaos.empty());
 }
 
-TEST(ShippedScenarioTest, TheBuiltInNetworkIsTheDemonstrationFile) {
-    EXPECT_EQ(sim::demo_scenario_text(), shipped("demo.toml"));
-}
-
-TEST(ShippedScenarioTest, AllOfThemLoad) {
-    struct Case {
-        const char* name;
-        std::size_t pods;
-    };
-    for (const Case& c : {Case{"demo.toml", 12}, Case{"full.toml", 50}, Case{"faulty.toml", 13},
-                          Case{"empty.toml", 0}}) {
-        const auto loaded = load_scenario(shipped(c.name), c.name);
-        EXPECT_EQ(loaded.errors, std::vector<std::string>()) << c.name;
-        EXPECT_EQ(loaded.scenario->pods.size(), c.pods) << c.name;
-        EXPECT_TRUE(loaded.scenario->card.has_value()) << c.name;
-    }
-}
-
-// The keys in the first column of the tables of the reference page, with the table that they are
-// in.
-std::vector<std::pair<std::string, std::string>> documented_keys() {
-    std::ifstream page(KAVORIX_SOURCE_DIR "/docs/scenarios.md");
-    std::vector<std::pair<std::string, std::string>> keys;
-    std::string heading;
-    bool in_table = false;
-    bool table_of_keys = false;
-    for (std::string line; std::getline(page, line);) {
-        if (line.starts_with("## ")) heading = line.substr(3);
-        if (!in_table) table_of_keys = line.starts_with("| Key");
-        in_table = line.starts_with("|");
-        if (table_of_keys && line.starts_with("| `"))
-            keys.emplace_back(heading, line.substr(3, line.find('`', 3) - 3));
-    }
-    return keys;
-}
-
-TEST(ReferencePageTest, EveryKeyOnItIsKnown) {
+// The keys stand in the first column of the page's tables.
+TEST(Scenario, EveryKeyOnTheReferencePageIsKnown) {
     const std::map<std::string, std::string> tables = {
         {"The file as a whole", ""},
         {"`[card]`", "[card]\n"},
         {"`[[pod]]`", "[[pod]]\n"},
         {"`[[pod.channel]]`", Pod + "[[pod.channel]]\n"},
         {"`[[pod.fault]]`", Pod + "[[pod.fault]]\n"},
-        {"`[[pod.text]]`", Pod + "[[pod.text]]\n"},
-    };
-    const auto keys = documented_keys();
-    EXPECT_GT(keys.size(), 40u);
-    for (const auto& [heading, key] : keys) {
+        {"`[[pod.text]]`", Pod + "[[pod.text]]\n"}};
+    std::istringstream page(file_text("docs/scenarios.md"));
+    std::string heading, row_before, title;
+    int keys = 0;
+    for (std::string line; std::getline(page, line); row_before = line) {
+        if (line.starts_with("## ")) heading = line.substr(3);
+        if (!row_before.starts_with("|")) title = line;
+        if (!title.starts_with("| Key") || !line.starts_with("| `")) continue;
+        const std::string key = line.substr(3, line.find('`', 3) - 3);
         ASSERT_TRUE(tables.contains(heading)) << heading;
-        const auto loaded = load_scenario(tables.at(heading) + key + " = 1e300\n", "x.toml");
-        for (const std::string& error : loaded.errors)
+        ++keys;
+        for (const auto& error :
+             load_scenario(tables.at(heading) + key + " = 1e300\n", "x.toml").errors)
             EXPECT_EQ(error.find("unknown key"), std::string::npos) << heading << " " << error;
     }
-}
-
-TEST(ShippedScenarioTest, TheFaultyNetworkHasEveryKindOfFault) {
-    std::set<sim::FaultKind> kinds;
-    const auto scenario = *load_scenario(shipped("faulty.toml"), "faulty.toml").scenario;
-    for (const sim::PodSettings& pod : scenario.pods)
-        for (const sim::Fault& fault : pod.faults) kinds.insert(fault.kind);
-    EXPECT_EQ(kinds.size(), static_cast<std::size_t>(sim::FaultKind::Reset) + 1);
-    EXPECT_FALSE(scenario.card_faults.empty());
-    EXPECT_FALSE(scenario.chaos.empty());
+    EXPECT_GT(keys, 40);
 }
 
 }  // namespace

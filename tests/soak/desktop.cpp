@@ -88,11 +88,6 @@ std::optional<std::string> Desktop::choose_file_to_save(const FileRequest& reque
            "." + request.default_extension;
 }
 
-void Desktop::repaint() {
-    if (hands_.rules.world.station)
-        hands_.witness.message_shown(hands_.station().screen.lblMsg.caption);
-}
-
 // ---- windows of the main menu ----
 
 void OperatorWindows::show_interface_settings(InterfaceSettingsDialog& dialog) {

@@ -29,6 +29,7 @@ struct Hands {
     std::string open_next;  // the file that is chosen next; empty: any
 
     Station& station() { return *rules.world.station; }
+    Desk& desk() { return *rules.world.desk; }
     void tell(const std::string& what) { *told += " " + what; }
 };
 
@@ -44,7 +45,7 @@ class Desktop : public Dialogs {
     void show_wait_message(std::string_view text) override { hands_.wait_message = text; }
     void set_pointer(Pointer pointer) override { hands_.pointer = pointer; }
     void beep() override {}
-    void repaint() override;
+    void repaint() override {}
     bool open_in_editor(const std::string&) override { return hands_.dice->chance(80); }
 
   private:
@@ -59,7 +60,11 @@ class OperatorWindows : public Windows, public PodSetupWindows {
     explicit OperatorWindows(Hands& hands) : hands_(hands) {}
 
     void show_about(const AboutBox&) override {}
-    void show_stream0() override { hands_.station().stream0.load(); }
+    void show_guide(std::string_view) override {}
+    void show_graph() override {}
+    void close_graph() override {}
+    void show_csv_progress(CsvProgress&, bool) override {}
+    void show_stream0(Stream0View& view) override { view.load(); }
     void show_stream1(Stream1View& view) override { view.load(); }
     void show_stream2(Stream2View& view) override { view.load(); }
     void show_stream3(Stream3View& view) override { view.load(); }

@@ -134,18 +134,21 @@ void Invariants::connected(std::span<const std::int16_t, MaxZavs> present) {
     known.polling = false;
 }
 
-void Invariants::transmission_begins() {
+void Invariants::work_begins() {
     for (int pod = 0; pod < MaxZavs; ++pod) addressed[at(pod)] = known.pods[at(pod)].selected;
+}
+
+void Invariants::transmission_begins() {
+    if (!several) work_begins();
     // The timer starts at its end; from then on the pods are asked.
     if (!known.polling) known.last_test_ms = -1;
     known.polling = true;
 }
 
 void Invariants::command_sent(int pod, std::string_view command) {
-    const KnownPod& of = known.pods[at(pod)];
-    expect(of.selected && addressed[at(pod)], Rule::OnlySelectedPodsAreCommanded,
-           zav(pod) + (of.selected ? ", selected meanwhile," : "") + " was sent \"" +
-               std::string(command) + "\"");
+    expect(addressed[at(pod)], Rule::OnlySelectedPodsAreCommanded,
+           zav(pod) + (known.pods[at(pod)].selected ? ", selected meanwhile," : "") +
+               " was sent \"" + std::string(command) + "\"");
 }
 
 void Invariants::status_asked(int pod) {
@@ -167,7 +170,7 @@ void Invariants::error_line(const std::string& line) {
 void Invariants::link_error(int pod, bool receive, bool removed) {
     KnownPod& of = known.pods[at(pod)];
     of.in_error = true;
-    of.selected = false;
+    of.selected = addressed[at(pod)] = false;
     if (removed) of.polled = false;
     char line[80];
     std::snprintf(line, sizeof line, " ERROR! - %s Error (ZAV:%02d  Interface:%s)",
@@ -205,8 +208,8 @@ void Invariants::log_opened(const std::string& path) {
 }
 
 // The channels of each pod by a run's header, whose marker is not looked at.
-static PodFlags channels_in(std::string_view header) {
-    PodFlags channels{};
+static std::array<std::int16_t, MaxZavs> channels_in(std::string_view header) {
+    std::array<std::int16_t, MaxZavs> channels{};
     const auto word = [&](std::size_t place) {
         return read_field<std::int16_t>(header.data() + place);
     };
@@ -417,14 +420,14 @@ void Invariants::check_loaded_file() {
     expect(other.empty(), Rule::SavedFilesLoadBack, path + ": " + other);
 }
 
-void Invariants::transmitted(const std::vector<int>& pods) {
+void Invariants::transmitted(const PodSet& pods) {
     const sim::Network* network = world.cards->network(configuration().Interface.CardHandle);
     if (!network || world.cards->resets()) return;
-    std::vector<int> sent;
-    for (const int pod : pods)
-        if (GetZAVTypeCode(run_time().Status[at(pod)].type_code()) ==
-            configuration().ZavConfig[at(pod)].TypeCode)
-            sent.push_back(pod);
+    PodSet sent;
+    for (const Pod pod : pods)
+        if (GetZAVTypeCode(run_time().Status[pod].type_code()) ==
+            configuration().ZavConfig[pod].TypeCode)
+            sent.add(pod);
     // No statement switches off what an earlier configuration has switched on; and a file may give
     // a pod more channels than its type has.
     for (const std::string& found : verify_pods(configuration().ZavConfig, *network, sent))
@@ -438,10 +441,9 @@ void Invariants::transmitted(const std::vector<int>& pods) {
 void Invariants::after_start() {
     known.log_compared = 0;
     const LinkState& link = run_time().Link;
-    expect(link.NumSelected == 0 && link.SessionErrorCount == known.session_errors &&
-               run_time().Log.ScanLogging == 0 && run_time().Log.EventLogging == 0 &&
-               run_time().Log.ScanFileName.empty() && configuration().ConfigChanged == 0 &&
-               configuration().ConfigFileName.empty(),
+    expect(link.ZavSelected.empty() && link.SessionErrorCount == known.session_errors &&
+               !run_time().Log.running() && run_time().Log.ScanFileName.empty() &&
+               configuration().ConfigChanged == 0 && configuration().ConfigFileName.empty(),
            Rule::AStartIsFresh, "something is left of the run before");
     const std::string header =
         general_date(known.started) + "\r\n\r\n---- KAVORIX Error file ----\r\n\r\n";
@@ -482,38 +484,30 @@ void Invariants::compare_error_log() {
 
 void Invariants::compare_link() {
     const LinkState& link = run_time().Link;
-    int polled = 0;
-    int selected = 0;
     bool scanning = false;
     for (int pod = 0; pod < MaxZavs; ++pod) {
         const KnownPod& of = known.pods[at(pod)];
-        polled += of.polled ? 1 : 0;
-        selected += of.selected ? 1 : 0;
-        scanning = scanning || link.ScanState[at(pod)] == ContinuouslyScanning;
-        expect((link.PollTable.InPollTable[at(pod)] == 1) == of.polled, Rule::PollTableAgrees,
-               zav(pod) + (of.polled ? " is missing" : " is in the table"));
-        expect((link.ZavSelected[at(pod)] == 1) == of.selected, Rule::SelectionAgrees,
+        scanning = scanning || link.ScanState[at(pod)] == ScanState::ContinuouslyScanning;
+        expect(link.PollTable.InPollTable.has(Pod::at_index(pod)) == of.polled,
+               Rule::PollTableAgrees, zav(pod) + (of.polled ? " is missing" : " is in the table"));
+        expect(link.ZavSelected.has(Pod::at_index(pod)) == of.selected, Rule::SelectionAgrees,
                zav(pod) + (of.selected ? " is not selected" : " is selected"));
-        expect((run_time().Status[at(pod)].ErrorFlag == 1) == of.in_error, Rule::ErrorsAddUp,
+        expect(run_time().Status[at(pod)].ErrorFlag == of.in_error, Rule::ErrorsAddUp,
                zav(pod) + (of.in_error ? " has no error flag" : " has an error flag"));
     }
-    expect(link.PollTable.NumInPoll == polled, Rule::PollTableAgrees,
-           between("pods in the table", polled, link.PollTable.NumInPoll));
-    expect(link.NumSelected == selected, Rule::SelectionAgrees,
-           between("pods selected", selected, link.NumSelected));
     expect(link.ErrorCount == known.errors, Rule::ErrorsAddUp,
            between("errors since the connection", known.errors, link.ErrorCount));
     expect(link.SessionErrorCount == known.session_errors, Rule::ErrorsAddUp,
            between("errors since the start", known.session_errors, link.SessionErrorCount));
-    expect((link.ContScanning == 1) == scanning, Rule::ScreenShowsTheState, "continuous scanning");
+    expect(link.ContScanning == scanning, Rule::ScreenShowsTheState, "continuous scanning");
 }
 
 void Invariants::compare_screen() {
-    const MainScreen& screen = world.station->screen;
+    const MainScreen screen = world.desk->main_window.screen();
     const LinkState& link = run_time().Link;
     for (int pod = 0; pod < MaxZavs; ++pod) {
         const KnownPod& of = known.pods[at(pod)];
-        const Icon& icon = screen.img_ZAV[at(pod)];
+        const Icon& icon = screen.img_ZAV[Pod::at_index(pod)];
         if (!icon.visible) continue;
         if (of.in_error && !of.polled)
             expect(icon.picture == Picture::img1ZAV_E, Rule::ScreenShowsTheState,
@@ -523,10 +517,9 @@ void Invariants::compare_screen() {
                    zav(pod) + (of.selected ? " is selected" : " is not selected") +
                        " and does not show it");
     }
-    expect((screen.pnlContScan.caption == "CONT SCAN") == (link.ContScanning == 1),
+    expect((screen.pnlContScan.caption == "CONT SCAN") == link.ContScanning,
            Rule::ScreenShowsTheState, "the panel of continuous scanning");
-    expect(!world.station->operations.sending() && run_time().Log.LogBusy == 0 &&
-               link.AwaitingReply == PodFlags{},
+    expect(link.Sending == 0 && !run_time().Log.LogBusy && link.AwaitingReply.empty(),
            Rule::NothingStaysBusy, "a transmission, a record or a status query");
 }
 
@@ -541,20 +534,18 @@ void Invariants::compare_ranges() {
         const PodStatus& status = run_time().Status[at(pod)];
         within(status.ChannelCount, 0, MaxChannels, "ChannelCount");
         within(status.Channels, 0, MaxChannels, "Channels");
-        within(status.IconState, Resting, SelectedLoggingDataArrived, "IconState");
         within(poll.LastEvent[at(pod)], -1, EventTableSize - 1, "LastEvent");
         within(configuration().ZavConfig[at(pod)].TypeCode, NoDevice, Type7W, "TypeCode");
         within(configuration().ZavConfig[at(pod)].NumChannels, 0, ChannelSlots, "NumChannels");
         const KnownPod& of = known.pods[at(pod)];
-        expect((status.LogScan == 1) == of.log_scans && (status.LogEvents == 1) == of.log_events,
+        expect(status.LogScan == of.log_scans && status.LogEvents == of.log_events,
                Rule::SelectionAgrees, zav(pod) + " is marked otherwise for the logs");
     }
-    within(poll.ViewedZav, 0, MaxZavs - 1, "ViewedZav");
+    within(poll.ViewedZav.index(), 0, MaxZavs - 1, "ViewedZav");
     within(configuration().Interface.PollRate, 100, 10000, "PollRate");
     within(log.ScanIndex, -1, BlockEntries - 1, "ScanIndex");
     within(log.EventIndex, -1, BlockEntries - 1, "EventIndex");
-    expect((log.ScanLogging == 1) == known.logging[ScanLog] &&
-               (log.EventLogging == 1) == known.logging[EventLog],
+    expect(log.ScanLogging == known.logging[ScanLog] && log.EventLogging == known.logging[EventLog],
            Rule::LoggingGoesOn, "a log is started or stopped by itself");
 }
 

@@ -12,7 +12,7 @@
 #include <string_view>
 #include <vector>
 
-#include "app/station.h"
+#include "app/desk.h"
 #include "platform/virtual_event_loop.h"
 #include "soak/networks.h"
 #include "support/memory_files.h"
@@ -70,7 +70,7 @@ struct KnownPod {
     bool new_events = false;
     int count = 0;  // of the last scan
     ChannelValues values{};
-    ChannelFlags codes{};
+    ChannelCodes codes{};
     std::vector<EventEntry> events;  // of the last reading of stream 2
     EventTimeBase base;
 };
@@ -86,7 +86,7 @@ struct KnownLog {
     std::uint64_t next_at = 0;                     // behind the last record
     bool begun = false;                            // the run has its header
     bool mixed = false;                            // runs of both kinds
-    PodFlags channels{};                           // of the pods of the run, by its header
+    std::array<std::int16_t, MaxZavs> channels{};  // of the pods of the run, by its header
 };
 
 struct Known {
@@ -116,6 +116,7 @@ class Invariants {
   public:
     struct World {
         Station* station = nullptr;  // nothing while no program runs
+        Desk* desk = nullptr;        // likewise
         VirtualEventLoop* loop = nullptr;
         test::MemoryFiles* files = nullptr;
         const Cards* cards = nullptr;
@@ -133,6 +134,8 @@ class Invariants {
     // What happens, as the driver, the disk and the desktop see it.
     void connected(std::span<const std::int16_t, MaxZavs> present);
     void transmission_begins();
+    // The operator sends something to the selected pods, in one transmission or in several.
+    void work_begins();
     void command_sent(int pod, std::string_view command);
     void status_asked(int pod);
     void tested(int pod);
@@ -146,8 +149,10 @@ class Invariants {
     void click(int pod);
     void select_all();
 
-    // The pods that were selected when the transmission under way began.
+    // The pods that were selected when the work under way began, less those that failed or were
+    // cleared since.
     std::array<bool, MaxZavs> addressed{};
+    bool several = false;  // the work consists of several transmissions
 
     // The configuration files before a save or load.
     void remember_files(std::map<std::string, std::string> contents) {
@@ -155,7 +160,7 @@ class Invariants {
     }
     void check_saved_files();
     void check_loaded_file();
-    void transmitted(const std::vector<int>& pods);
+    void transmitted(const PodSet& pods);
 
     void after_start();
     void after_action();

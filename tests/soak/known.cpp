@@ -47,6 +47,7 @@ void Invariants::errors_cleared() {
         if (!pod.in_error) continue;
         pod.polled = true;
         pod.in_error = pod.selected = false;
+        addressed[at(static_cast<int>(&pod - known.pods.data()))] = false;
     }
 }
 

@@ -57,7 +57,7 @@ void Operator::perform(const Action& action, std::string& told) {
 }
 
 void Operator::run(Command command) {
-    hands_.station().operations.run(command);
+    hands_.desk().main_window.run(command);
 }
 
 void Operator::act(ActionKind kind) {
@@ -135,21 +135,21 @@ void Operator::wait() {
 }
 
 void Operator::click_pods() {
-    Operations& operations = hands_.station().operations;
+    MainWindow& window = hands_.desk().main_window;
     std::vector<int> shown;
     for (int pod = 0; pod < MaxZavs; ++pod)
-        if (hands_.station().screen.img_ZAV[at(pod)].visible) shown.push_back(pod);
+        if (run_time().Status[at(pod)].Found) shown.push_back(pod);
     for (int count = dice().number(1, 5); count > 0 && !shown.empty(); --count) {
         const int pod = dice().chance(3) ? dice().below(MaxZavs) : dice().pick(shown);
         hands_.tell(std::to_string(pod + 1));
-        if (!sending_configuration_) hands_.rules.click(pod);
-        operations.img_ZAV_Click(pod);
+        hands_.rules.click(pod);
+        window.img_ZAV_Click(Pod::at_index(pod));
     }
-    if (dice().chance(10)) operations.img_4A_Click();
+    if (dice().chance(10)) window.img_4A_Click();
 }
 
 void Operator::select_all() {
-    if (available(Command::SelectAll) && !sending_configuration_) hands_.rules.select_all();
+    if (available(Command::SelectAll)) hands_.rules.select_all();
     run(Command::SelectAll);
 }
 
@@ -157,14 +157,12 @@ void Operator::select_all() {
 void Operator::transmit() {
     if (!available(Command::TransmitConfig)) return;
     const std::int32_t errors = hands_.rules.known.session_errors;
-    const auto chosen = [&] {
-        std::vector<int> pods;
-        for (int pod = 0; pod < MaxZavs; ++pod)
-            if (hands_.rules.known.pods[at(pod)].selected) pods.push_back(pod);
-        return pods;
-    }();
+    PodSet chosen;
+    for (const Pod pod : all_pods())
+        chosen.set(pod, hands_.rules.known.pods[at(pod.index())].selected);
     {
-        const Setting<bool> sending(sending_configuration_, true);
+        hands_.rules.work_begins();
+        const Setting<bool> sending(hands_.rules.several, true);
         run(Command::TransmitConfig);
     }
     if (!disturbed_ && errors == hands_.rules.known.session_errors)
@@ -226,12 +224,11 @@ void Operator::open() {
     if (!available(Command::OpenFile)) return;
     prepare_file();
     const PodConfigs before = hands_.station().configuration.ZavConfig;
-    hands_.station().screen.lblMsg.caption.clear();
+    run_time().Reports.Message = {};
     hands_.rules.remember_files({});
     run(Command::OpenFile);
     hands_.open_next.clear();
-    const bool loaded =
-        hands_.station().screen.lblMsg.caption.starts_with(" Configuration file Loaded");
+    const bool loaded = run_time().Reports.Message.Text.starts_with(" Configuration file Loaded");
     hands_.tell(loaded ? "loaded " + hands_.station().configuration.ConfigFileName : "not loaded");
     if (loaded)
         hands_.rules.check_loaded_file();
@@ -252,34 +249,34 @@ void Operator::view_status() {
 }
 
 void Operator::close_view() {
-    Station& station = hands_.station();
+    Desk& desk = hands_.desk();
     const auto& open = run_time().Poll.ViewOpen;
-    if (open[ReadingStream] == 1 && dice().chance(40)) station.stream0.unload();
-    if (open[RequestStream] == 1 && dice().chance(40)) station.stream1.unload();
-    if (open[EventStream] == 1 && dice().chance(40)) station.stream2.unload();
-    if (open[TextStream] == 1 && dice().chance(40)) station.stream3.unload();
+    if (open[ReadingStream] && dice().chance(40)) desk.stream0.unload();
+    if (open[RequestStream] && dice().chance(40)) desk.stream1.unload();
+    if (open[EventStream] && dice().chance(40)) desk.stream2.unload();
+    if (open[TextStream] && dice().chance(40)) desk.stream3.unload();
 }
 
 void Operator::work_in_view() {
-    Station& station = hands_.station();
+    Desk& desk = hands_.desk();
     const auto& open = run_time().Poll.ViewOpen;
-    if (open[ReadingStream] == 1 && dice().chance(60)) {
-        Stream0View& view = station.stream0;
+    if (open[ReadingStream] && dice().chance(60)) {
+        Stream0View& view = desk.stream0;
         if (dice().chance(40)) view.cmdToggle_Click();
         view.cboView_Click(dice().below(static_cast<int>(view.screen.cboView.entries.size())));
         if (dice().chance(20)) view.cmdMin_Click();
         if (dice().chance(20)) view.cmdMax_Click();
         if (dice().chance(20) && view.screen.cmdSelChan.enabled) view.cmdSelChan_Click();
     }
-    if (open[RequestStream] == 1 && dice().chance(60)) {
-        Stream1View& view = station.stream1;
+    if (open[RequestStream] && dice().chance(60)) {
+        Stream1View& view = desk.stream1;
         view.screen.chkInit.checked = dice().chance(50);
         if (dice().chance(30)) view.chkRequested_Click();
         if (dice().chance(60)) view.cmdSelChan_Click();
         if (dice().chance(40) && view.screen.cmdMeasure.enabled) view.cmdMeasure_Click();
     }
-    if (open[EventStream] == 1 && dice().chance(60)) {
-        Stream2View& view = station.stream2;
+    if (open[EventStream] && dice().chance(60)) {
+        Stream2View& view = desk.stream2;
         view.cboView_Click(dice().below(static_cast<int>(view.screen.cboView.entries.size())));
     }
 }
@@ -288,7 +285,7 @@ void Operator::work_in_view() {
 void Operator::start_log() {
     const int which = dice().below(3);
     if (dice().chance(70)) {
-        if (run_time().Link.NumSelected == 0) select_all();
+        if (run_time().Link.NumSelected() == 0) select_all();
         if (run_time().Log.ScanFileName.empty()) run(Command::SetupScanLog);
         run(Command::Trigger);
     }
@@ -324,8 +321,8 @@ void Operator::stop_log() {
 void Operator::graph() {
     const int which = dice().below(4);
     if (which == 0) return run(Command::GraphSetup);
-    if (which == 1 && hands_.station().graph.live.exists()) {
-        hands_.station().graph.live.unload_request();
+    if (which == 1 && hands_.desk().graph.live.exists()) {
+        hands_.desk().graph.live.unload_request();
         return;
     }
     run(Command::GraphSetup);
@@ -378,21 +375,21 @@ void Operator::leave() {
             known.logging[stop == Command::StopScanLog ? ScanLog : EventLog] = false;
             run(stop);
         }
-        for (int clicks = 0; clicks < 2 && run_time().Link.ContScanning == 1; ++clicks) {
+        for (int clicks = 0; clicks < 2 && run_time().Link.ContScanning; ++clicks) {
             select_all();
             run(Command::Halt);
         }
     }
-    hands_.station().operations.unload_request();
+    hands_.desk().main_window.unload_request();
 }
 
 void Operator::look_at_views() {
-    Station& station = hands_.station();
+    Desk& desk = hands_.desk();
     const auto& open = run_time().Poll.ViewOpen;
-    if (open[ReadingStream] == 1) look_at(station.stream0);
-    if (open[RequestStream] == 1) look_at(station.stream1);
-    if (open[EventStream] == 1) look_at(station.stream2);
-    if (open[TextStream] == 1) look_at(station.stream3);
+    if (open[ReadingStream]) look_at(desk.stream0);
+    if (open[RequestStream]) look_at(desk.stream1);
+    if (open[EventStream]) look_at(desk.stream2);
+    if (open[TextStream]) look_at(desk.stream3);
 }
 
 }  // namespace kavorix::soak

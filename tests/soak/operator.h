@@ -22,7 +22,7 @@ class Operator {
   private:
     void act(ActionKind kind);
     void run(Command command);
-    bool available(Command command) { return hands_.station().operations.available(command); }
+    bool available(Command command) { return hands_.desk().main_window.available(command); }
 
     void wait();
     void click_pods();
@@ -50,7 +50,6 @@ class Operator {
     RunTime& run_time() { return hands_.station().run_time; }
 
     Hands& hands_;
-    bool sending_configuration_ = false;
     bool disturbed_ = false;  // something else is done meanwhile
 };
 

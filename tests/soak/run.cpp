@@ -36,7 +36,7 @@ class World {
           witness_(*cards_, rules_, plan.sabotage) {
         files_.keep_log = false;
         files_.put("/station/KAVORIX.INI", "[Exclude Addresses]\r\nAddress=D100,D200\r\n");
-        rules_.world = {nullptr, loop_.get(), &files_, cards_.get()};
+        rules_.world = {nullptr, nullptr, loop_.get(), &files_, cards_.get()};
         hands_.dice = &dice_;
     }
 
@@ -51,10 +51,14 @@ class World {
     bool start(std::string& told) {
         ++figures_.starts;
         hands_.told = &told;
-        station_ = std::make_unique<Station>(Station::Surroundings{
-            witness_, *loop_, desktop_, watched_files_, windows_, {"/station"}, memory_});
-        station_->set_up_pods_in(windows_);
+        station_ = std::make_unique<Station>(
+            Station::Surroundings{witness_, *loop_, desktop_, watched_files_, {"/station"}});
+        desk_ =
+            std::make_unique<Desk>(Desk::Surroundings{*station_, windows_, windows_, memory_, {}});
+        station_->message_line.told.always(
+            [this](const Message& message) { witness_.message_shown(message.Text); });
         rules_.world.station = station_.get();
+        rules_.world.desk = desk_.get();
         rules_.known.started = loop_->wall_time();
         hands_.may_pass_time = false;  // the log's first line has the time of the start
         witness_.begin_query();
@@ -78,6 +82,8 @@ class World {
         figures_.disk_faults += disk_.struck() ? 1 : 0;
         rules_.known.disk_failed = disk_.struck();
         rules_.world.station = nullptr;
+        rules_.world.desk = nullptr;
+        desk_.reset();
         station_.reset();
         disk_.heal();
         rules_.after_end(exited);
@@ -142,8 +148,8 @@ class World {
     bool in_use(const std::string& path) const {
         if (!station_) return false;
         const LogState& log = station_->run_time.Log;
-        return (log.ScanLogging == 1 && path == log.ScanFileName) ||
-               (log.EventLogging == 1 && path == log.EventFileName);
+        return (log.ScanLogging && path == log.ScanFileName) ||
+               (log.EventLogging && path == log.EventFileName);
     }
     static std::unique_ptr<VirtualEventLoop> first_loop(std::uint32_t seed) {
         Dice dice(seed + 77);
@@ -174,6 +180,7 @@ class World {
     Operator operator_{hands_};
     Figures figures_;
     std::unique_ptr<Station> station_;
+    std::unique_ptr<Desk> desk_;
 };
 
 void run_actions(World& world, const Plan& plan, std::vector<std::string>& story) {
@@ -246,23 +253,24 @@ Outcome run_unattended(std::uint32_t seed, int days, const std::function<void(in
     std::string told;
     world.start(told);
     Station& station = *rules.world.station;
+    MainWindow& desk = rules.world.desk->main_window;
     rules.select_all();
-    station.operations.run(Command::SelectAll);
+    desk.run(Command::SelectAll);
     for (PodConfig& pod : station.configuration.ZavConfig) pod.ContScan = 1;
-    station.operations.run(Command::Trigger);
+    desk.run(Command::Trigger);
     for (KnownPod& pod : rules.known.pods) pod.log_scans = pod.selected;
-    for (PodStatus& status : station.run_time.Status) status.LogScan = status.connected() ? 1 : 0;
+    for (PodStatus& status : station.run_time.Status) status.LogScan = status.connected();
     for (int day = 1; day <= days && !rules.breach; ++day) {
         station.run_time.Log.ScanFileName = path;
         station.run_time.Log.ScanIntervalChoice = rules.known.interval_ms = 60'000;
         rules.known.last_record_ms = world.loop().elapsed_ms();
         rules.known.logging[ScanLog] = true;
-        station.operations.run(Command::StartScanLog);
+        desk.run(Command::StartScanLog);
         world.loop().run_for(Day_ms);
         world.witness().action_done();
         rules.after_action();
         rules.known.logging[ScanLog] = false;
-        station.operations.run(Command::StopScanLog);
+        desk.run(Command::StopScanLog);
         rules.check_log(path);
         world.check_memory();
         world.remove_log(path);

@@ -53,27 +53,32 @@ std::unique_ptr<File> WitnessFiles::open(const std::string& path, OpenMode mode)
 }
 
 void WitnessDriver::restart() {
-    preambles_ = 0;
+    preamble_.reset();
     querying_ = direct_ = false;
-    awaited_.fill(0);
+    awaited_.clear();
 }
 
 void WitnessDriver::message_shown(std::string_view text) {
     if (text != " Transmitting Command String") return;
     rules_.transmission_begins();
-    const Station& station = *rules_.world.station;
-    preambles_ = 0;
-    for (int pod = 0; pod < MaxZavs; ++pod)
-        if (station.run_time.Link.ZavSelected[at(pod)] == 1 &&
-            station.configuration.ZavConfig[at(pod)].ContScan == 1)
-            ++preambles_;
+    preamble_ = 0;
+}
+
+// Nobody looks at what becomes of a "CO" to a pod in continuous mode that begins a transmission.
+bool WitnessDriver::is_preamble(std::int16_t pod, std::string_view command) {
+    const PodConfigs& configured = rules_.world.station->configuration.ZavConfig;
+    if (preamble_ && command == "CO" && pod > *preamble_ &&
+        configured[Pod::numbered(pod)].ContScan == 1) {
+        preamble_ = pod;
+        return true;
+    }
+    preamble_.reset();
+    return false;
 }
 
 void WitnessDriver::end_query() {
     querying_ = false;
-    for (int pod = 0; pod < MaxZavs; ++pod)
-        if (std::exchange(awaited_[at(pod)], std::int16_t{0}) == 1)
-            rules_.link_error(pod, true, false);
+    for (const Pod pod : std::exchange(awaited_, {})) rules_.link_error(pod.index(), true, false);
 }
 
 bool WitnessDriver::count_call(std::int16_t pod) {
@@ -109,11 +114,9 @@ std::int16_t WitnessDriver::Zav_Tx(std::int16_t pod, std::string_view command,
     for (const char c : command) note(static_cast<unsigned char>(c));
     note(static_cast<std::uint16_t>(status));
     if (querying_) {
-        if (status == 0) awaited_[at(index)] = 1;
+        if (status == 0) awaited_.add(Pod::numbered(pod));
         if (status == LinkError) rules_.link_error(index, false, false);
-    } else if (preambles_ > 0) {
-        --preambles_;  // nobody looks at what becomes of it
-    } else if (!direct_ && status == LinkError) {
+    } else if (!direct_ && !is_preamble(pod, command) && status == LinkError) {
         rules_.link_error(index, false, true);
     }
     return status;
@@ -163,8 +166,8 @@ std::int16_t WitnessDriver::Zav_String(std::int16_t pod, std::int16_t stream,
     const auto status = network_.Zav_String(pod, stream, buffer, handle);
     note(static_cast<std::uint16_t>(status));
     if (buffer.size() == DiscardedReply) return status;
-    if (stream == TextStream && awaited_[at(index)] == 1) {
-        if (status == 0) awaited_[at(index)] = 0;
+    if (stream == TextStream && awaited_.has(Pod::numbered(pod))) {
+        if (status == 0) awaited_.remove(Pod::numbered(pod));
         return status;
     }
     if (status == LinkError)

@@ -4,6 +4,7 @@
 // crosses them.
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "soak/invariants.h"
@@ -24,7 +25,7 @@ class WitnessDriver : public Driver {
     WitnessDriver(Driver& network, Invariants& rules, Sabotage sabotage)
         : network_(network), rules_(rules), sabotage_(sabotage) {}
 
-    // The text on the message line is brought onto the screen.
+    // A text stands on the message line.
     void message_shown(std::string_view text);
     // A status query begins and ends: its pods are commanded directly.
     void begin_query() { querying_ = true; }
@@ -62,15 +63,18 @@ class WitnessDriver : public Driver {
 
   private:
     bool count_call(std::int16_t pod);
+    bool is_preamble(std::int16_t pod, std::string_view command);
     void note(std::uint64_t value) { digest = (digest ^ value) * 1099511628211U; }
 
     Driver& network_;
     Invariants& rules_;
     Sabotage sabotage_;
-    int preambles_ = 0;  // "CO" commands of a beginning transmission still to come
+    // The pod that was last sent the "CO" that a beginning transmission may start with, 0 before
+    // the first; nothing once it has sent something else.
+    std::optional<int> preamble_;
     bool querying_ = false;
     bool direct_ = false;
-    PodFlags awaited_{};
+    PodSet awaited_;
 };
 
 class WitnessFiles : public Files {

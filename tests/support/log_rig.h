@@ -24,7 +24,7 @@ class LogRig {
                     int sync_interval_ms = LogFile::UsualSyncInterval_ms)
         : files(files_of_log),
           loop(start, 1000),
-          log({files, loop, failures, screen, configuration, run_time}, sync_interval_ms) {
+          log({files, loop, failures, configuration, run_time}, sync_interval_ms) {
         run_time.Log.ScanFileName = "/logs/scan.DAT";
         run_time.Log.EventFileName = "/logs/event.DAT";
     }
@@ -32,13 +32,12 @@ class LogRig {
     Files& files;
     VirtualEventLoop loop;
     RecordingFailures failures;
-    MainScreen screen;
     Configuration configuration;
     std::unique_ptr<RunTime> run_time_owner = std::make_unique<RunTime>();
     RunTime& run_time = *run_time_owner;
     LogFile log;
 
-    PodStatus& status(int pod) { return run_time.Status[at(pod - 1)]; }
+    PodStatus& status(int pod) { return run_time.Status[Pod::numbered(pod)]; }
     ChannelConfig& channel(int pod, int number) {
         return configuration.ZavConfig[at(pod - 1)].Channel[at(number - 1)];
     }

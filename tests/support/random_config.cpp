@@ -16,10 +16,6 @@ namespace {
 constexpr int FirstAddress = -14336;
 constexpr int LastAddress = -8448;
 
-std::int16_t short_of(int value) {
-    return static_cast<std::int16_t>(value);
-}
-
 // The modes of a type's channels taken together.
 std::vector<std::int16_t> modes_of(std::int16_t type) {
     std::vector<std::int16_t> found;
@@ -74,15 +70,13 @@ std::string RandomConfig::text(std::size_t longest) {
 }
 
 InterfaceSettings RandomConfig::interface_settings() {
-    const auto rates = poll_rates();
-    const auto rate = static_cast<std::size_t>(number(0, static_cast<int>(rates.size()) - 1));
-    return {short_of(number(0, 9)), short_of(number(FirstAddress, LastAddress)), rates[rate],
-            short_of(number(0, 1))};
+    const std::int16_t rate = pick(poll_rates());
+    return {whole(0, 9), whole(FirstAddress, LastAddress), rate, flag()};
 }
 
 PodConfigs RandomConfig::configs() {
     PodConfigs pods;
-    for (PodConfig& p : pods) p = pod(short_of(number(0, 8)));
+    for (PodConfig& p : pods) p = pod(whole(0, 8));
     return pods;
 }
 
@@ -91,7 +85,7 @@ PodConfig RandomConfig::pod(std::int16_t type) {
     default_ZAV_config(p, type, 0);
     p.CalOn = 0;
     if (type == NoDevice) return p;
-    if (chance(10)) p.NumChannels = short_of(number(0, ChannelSlots));
+    if (chance(10)) p.NumChannels = whole(0, ChannelSlots);
     pod_settings(p);
     if (is_universal_type(type)) universal_settings(p);
     for (int slot = 0; slot < p.NumChannels; ++slot) channel(p, slot);
@@ -99,37 +93,34 @@ PodConfig RandomConfig::pod(std::int16_t type) {
 }
 
 void RandomConfig::pod_settings(PodConfig& p) {
-    const auto periods = scan_periods();
-    p.ScanPeriod =
-        periods[static_cast<std::size_t>(number(0, static_cast<int>(periods.size()) - 1))].code;
-    p.Setup = short_of(number(0, 1));
-    p.Arm = short_of(number(0, 1));
-    p.ContScan = short_of(number(0, 1));
+    p.ScanPeriod = pick(scan_periods()).code;
+    for (auto setting : {&PodConfig::Setup, &PodConfig::Arm, &PodConfig::ContScan})
+        p.*setting = flag();
     if (supports_calibration(p.TypeCode)) {
-        p.CalOn = short_of(number(0, 1));
-        p.Integration = short_of(number(0, 5));
-        p.DegF = short_of(number(0, 1));
+        p.CalOn = flag();
+        p.Integration = whole(0, 5);
+        p.DegF = flag();
     }
     if (supports_temperature_reference(p.TypeCode)) {
-        p.OpenTC = short_of(number(0, 1));
-        p.AmbTemp = short_of(number(0, 1));
+        p.OpenTC = flag();
+        p.AmbTemp = flag();
         if (p.AmbTemp == 0)
             p.ExtTemp =
                 static_cast<float>(p.DegF == 1 ? number(-220, 1770) : number(-300, 800)) / 10.0F;
     }
     if (supports_watchdogs(p.TypeCode)) {
-        p.HWWatch = short_of(number(0, 1));
-        p.SWWatch = short_of(number(0, 1));
-        if (p.SWWatch == 1) p.SWWatchTime = short_of(number(1, 255));
+        p.HWWatch = flag();
+        p.SWWatch = flag();
+        if (p.SWWatch == 1) p.SWWatchTime = whole(1, 255);
     }
 }
 
 AlarmGroup RandomConfig::group() {
     AlarmGroup g;
-    g.OutputState = short_of(number(0, 2));
+    g.OutputState = whole(0, 2);
     if (g.OutputState == GroupOff) return g;
     g.High[at(number(0, AlarmGroupChannels - 1))] = 1;
-    for (auto& member : g.Low) member = short_of(number(0, 1));
+    for (auto& member : g.Low) member = flag();
     return g;
 }
 
@@ -146,11 +137,9 @@ void RandomConfig::universal_settings(PodConfig& p) {
 
 void RandomConfig::channel(PodConfig& p, int slot) {
     ChannelConfig& c = p.Channel[at(slot)];
-    const auto modes = modes_of(p.TypeCode);
-    c.Mode = modes[static_cast<std::size_t>(number(0, static_cast<int>(modes.size()) - 1))];
+    c.Mode = pick(modes_of(p.TypeCode));
     if (c.Mode == 0) return;
-    const auto ranges = ranges_of(c.Mode, p.TypeCode);
-    c.Range = ranges[static_cast<std::size_t>(number(0, static_cast<int>(ranges.size()) - 1))];
+    c.Range = pick(ranges_of(c.Mode, p.TypeCode));
     c.Label = text(MaxLabel);
     c.Unit = text(MaxUnit);
     if (chance(50)) {
@@ -158,10 +147,8 @@ void RandomConfig::channel(PodConfig& p, int slot) {
         c.CValue = single();
     }
     if (supports_sampling(p.TypeCode, slot)) {
-        p.SampleRate[at(slot)] = short_of(number(0, 4));
-        const auto codes = timeouts(is_universal_type(p.TypeCode));
-        p.Timeout[at(slot)] =
-            codes[static_cast<std::size_t>(number(0, static_cast<int>(codes.size()) - 1))].code;
+        p.SampleRate[at(slot)] = whole(0, 4);
+        p.Timeout[at(slot)] = pick(timeouts(is_universal_type(p.TypeCode))).code;
     }
     if (p.TypeCode == Type7S && is_strain_mode(c.Mode))
         p.Strain[at(slot)] = {single(), single(), single()};
@@ -170,7 +157,7 @@ void RandomConfig::channel(PodConfig& p, int slot) {
 
 void RandomConfig::universal_channel(PodConfig& p, int slot) {
     ChannelConfig& c = p.Channel[at(slot)];
-    if (supports_linearisation(p.TypeCode, slot)) c.PostLin = short_of(number(0, 2));
+    if (supports_linearisation(p.TypeCode, slot)) c.PostLin = whole(0, 2);
     if (c.Mode == DigitalStatus) return;
     if (chance(50)) c.LowAlarm = alarm();
     if (chance(50)) c.HighAlarm = alarm();
@@ -189,15 +176,8 @@ PodConfigs full_network() {
         for (int slot = 0; slot < MaxChannels; ++slot) {
             ChannelConfig& c = p.Channel[at(slot)];
             const std::int16_t mode = slot < 18 ? 10 : 90;
-            c = {mode,
-                 1,
-                 "Channel " + two_digits(slot + 1),
-                 "l/s",
-                 1.5F,
-                 -0.25F,
-                 0,
-                 {1, -12.5F, 0.5F},
-                 {1, 99.75F, 0.5F}};
+            const AlarmLimit low = {1, -12.5F, 0.5F}, high = {1, 99.75F, 0.5F};
+            c = {mode, 1, "Channel " + two_digits(slot + 1), "l/s", 1.5F, -0.25F, 0, low, high};
             if (slot < 18) c.PostLin = 1;
             p.SampleRate[at(slot)] = slot < 18 ? 0 : 3;
         }

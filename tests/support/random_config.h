@@ -27,6 +27,12 @@ class RandomConfig {
     bool chance(int percent) { return number(1, 100) <= percent; }
 
   private:
+    template <class List>
+    auto pick(const List& list) {
+        return list[static_cast<std::size_t>(number(0, static_cast<int>(list.size()) - 1))];
+    }
+    std::int16_t whole(int low, int high) { return static_cast<std::int16_t>(number(low, high)); }
+    std::int16_t flag() { return whole(0, 1); }
     float single();
     Polynomial6 polynomial();
     std::string text(std::size_t longest);

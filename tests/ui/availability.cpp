@@ -13,27 +13,19 @@ namespace {
 using enum Command;
 using Commands = std::set<Command>;
 
-// The control name of a command, for messages.
-std::string name_of(Command command, std::span<const MenuEntry> entries = menu_bar()) {
-    for (const MenuEntry& entry : entries) {
-        if (entry.command == command && !entry.separator()) return std::string(entry.name);
-        if (auto name = name_of(command, entry.children); !name.empty()) return name;
-    }
-    return {};
-}
-
+// The control names of commands, for messages.
 std::string names(const Commands& commands) {
     std::string text;
     for (const Command command : commands) {
-        text += name_of(command) + " ";
-        for (const ButtonEntry& button : buttons())
-            if (button.command == command) text += std::string(button.name) + " ";
+        text += std::string(command_row(command).name) + " ";
+        for (const ButtonRow& button : buttons())
+            if (button.id == command) text += std::string(button.name) + " ";
     }
     return text;
 }
 
 bool view_menu_available(const StationState& state) {
-    return all_hold(menu_needs("mnuView"), state);
+    return all_hold(menu_bar()[2].conditions(), state);
 }
 
 Commands available_in(const StationState& state) {
@@ -97,10 +89,6 @@ TEST(Availability, EveryStateHasItsCommands) {
         {"sending", [](StationState& s) { s.sending = true; },
          without(WithPod,
                  Files + Setups + PodConfiguration + Sending + Events + Commands{ViewStatus}),
-         true},
-        {"sending configurations", [](StationState& s) { s.sending = s.config_sent = true; },
-         without(WithPod, Files + Setups + PodConfiguration + Sending + Events + Views + LogSetups +
-                              Commands{ViewStatus, GraphSetup}),
          true},
         {"a pod without event counters", [](StationState& s) { s.counter_pods = false; },
          without(WithPod, {ClearEventCounter}), true},
@@ -208,80 +196,53 @@ TEST(StationStateOf, TheTypesOfTheSelectedPodsDecideAboutEvents) {
         std::copy_n("7R", 2, run_time.Status[40].Ident.begin());  // not selected
         for (std::size_t i = 0; i < row.types.size(); ++i) {
             std::copy_n(row.types[i], 2, run_time.Status[i].Ident.begin());
-            run_time.Link.ZavSelected[i] = 1;
+            run_time.Link.ZavSelected.add(Pod::at_index(static_cast<int>(i)));
         }
         EXPECT_EQ(station_state(run_time).counter_pods, row.counter);
         EXPECT_EQ(station_state(run_time).capture_pods, row.capture);
     }
 }
 
-TEST(AvailabilityOnScreen, ButtonsAndMenuItemsShowTheSameTable) {
-    test::UiRig rig;
-    for (int i = 1; i <= static_cast<int>(LastCommand); ++i)
-        rig.operations.on(static_cast<Command>(i), [] {});
-    rig.station({{3, "8RCN 0F 1.00"}});
-    const auto check = [&](const char* what) {
-        SCOPED_TRACE(what);
-        const std::function<void(std::span<const MenuEntry>)> compare =
-            [&](std::span<const MenuEntry> entries) {
-                for (const MenuEntry& entry : entries) {
-                    if (entry.separator()) continue;
-                    if (entry.command != None) {
-                        EXPECT_EQ(entry.item(rig.screen).enabled,
-                                  rig.operations.available(entry.command))
-                            << entry.name;
-                    }
-                    compare(entry.children);
-                }
-            };
-        compare(menu_bar());
-        const MainScreen& screen = rig.screen;
-        for (const ButtonEntry& entry : buttons())
-            EXPECT_EQ((screen.*entry.button).enabled, rig.operations.available(entry.command))
-                << entry.name;
+TEST(ConfigItems, AreOffWithoutACardAndWhileSomethingRuns) {
+    struct Case {
+        const char* what;
+        std::function<void(RunTime&)> change;  // to a station with pods at rest
+        bool on;
     };
-    check("nothing selected");
-    EXPECT_FALSE(rig.screen.cmdTrig.enabled);
-    rig.click({3});
-    check("a pod selected");
-    EXPECT_TRUE(rig.screen.cmdTrig.enabled);
-    EXPECT_TRUE(rig.screen.mnuView.enabled);
-    rig.operations.ConfigItems(0);
-    check("configuration off");
-    EXPECT_FALSE(rig.screen.cmdConfig.enabled);
-    EXPECT_FALSE(rig.screen.mnuUtilitiesItem[0].enabled);
-    rig.operations.ConfigItems(1);
-    check("configuration on");
-    EXPECT_TRUE(rig.screen.cmdConfig.enabled);
-    rig.discovery.Initialise();
-    check("not connected");
-    EXPECT_FALSE(rig.screen.mnuOperate.enabled || rig.screen.mnuView.enabled ||
-                 rig.screen.mnuLogging.enabled || rig.screen.mnuTrend.enabled ||
-                 rig.screen.mnuOptions.enabled || rig.screen.cmdClear.enabled);
-}
-
-TEST(AvailabilityOnScreen, CheckItemsGivesTheConfigurationBackOnlyWhenNothingRuns) {
-    for (int running = 0; running < 4; ++running) {
-        test::UiRig rig;
-        rig.station({{3, "8RCN 0F 1.00"}});
-        rig.click({3});
-        rig.operations.ConfigItems(0);
-        rig.run_time.Link.ContScanning = running == 1;
-        rig.run_time.Log.ScanLogging = running == 2;
-        rig.run_time.Log.EventLogging = running == 3;
-        rig.operations.CheckItems();
-        EXPECT_EQ(rig.screen.cmdTransmit.enabled, running == 0) << running;
+    for (const Case& row : {
+             Case{"at rest", [](RunTime&) {}, true},
+             Case{"scanning", [](RunTime& r) { r.Link.ContScanning = true; }, false},
+             Case{"scan log", [](RunTime& r) { r.Log.ScanLogging = true; }, false},
+             Case{"event log", [](RunTime& r) { r.Log.EventLogging = true; }, false},
+             Case{"before the search", [](RunTime& r) { r.Link = {}; }, true},
+             Case{"card without pods",
+                  [](RunTime& r) {
+                      r.Link = {};
+                      r.Link.Card = CardSearch::Found;
+                  },
+                  true},
+             Case{"no card",
+                  [](RunTime& r) {
+                      r.Link = {};
+                      r.Link.Card = CardSearch::NoneFound;
+                  },
+                  false},
+         }) {
+        RunTime run_time;
+        run_time.Link.OperationsEnabled = true;
+        row.change(run_time);
+        EXPECT_EQ(ConfigItems(run_time), row.on) << row.what;
     }
 }
 
 TEST(AvailabilityOnScreen, WithoutACardOnlyTheInterfaceCanBeSet) {
     test::UiRig rig;
     for (int i = 1; i <= static_cast<int>(LastCommand); ++i)
-        rig.operations.on(static_cast<Command>(i), [] {});
+        rig.main_window.on(static_cast<Command>(i), [] {});
     rig.discovery.Form_Load(rig.files, "/station/KAVORIX.INI");
     Commands commands;
     for (int i = 0; i <= static_cast<int>(LastCommand); ++i)
-        if (rig.operations.available(static_cast<Command>(i)))
+        if (rig.main_window.available(static_cast<Command>(i)))
             commands.insert(static_cast<Command>(i));
     EXPECT_EQ(names(commands), names(Always + Commands{InterfaceCard}));
 }

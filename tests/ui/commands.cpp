@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <map>
-#include <set>
 #include <string>
 
 namespace kavorix {
@@ -11,20 +10,22 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-void list(std::span<const MenuEntry> entries, Lines& lines) {
-    for (const MenuEntry& entry : entries) {
-        if (entry.separator()) {
+void list(const MenuRow& menu, Lines& lines) {
+    lines.push_back(std::string(menu.name) + " " + std::string(menu.caption));
+    for (const MenuLine& line : menu.lines) {
+        if (line.submenu != nullptr)
+            list(*line.submenu, lines);
+        else if (line.separator())
             lines.push_back("-");
-            continue;
-        }
-        lines.push_back(std::string(entry.name) + " " + std::string(entry.caption));
-        list(entry.children, lines);
+        else
+            lines.push_back(std::string(command_row(line.command).name) + " " +
+                            std::string(command_row(line.command).caption));
     }
 }
 
 TEST(MenuBar, HasItsItemsUnderTheirNames) {
     Lines lines;
-    list(menu_bar(), lines);
+    for (const MenuRow& menu : menu_bar()) list(menu, lines);
     EXPECT_EQ(lines, (Lines{"mnuConfig &Config",
                             "mnuConfigItem(0) I&nterface Card...",
                             "mnuConfigItem(1) &ZAV Setup...",
@@ -88,38 +89,32 @@ TEST(MenuBar, HasItsItemsUnderTheirNames) {
                             "mnuAbout &About KAVORIXER."}));
 }
 
-TEST(MenuBar, EveryCommandStandsInItOnceAndEveryEntryHasItsOwnRecord) {
-    std::map<Command, int> commands;
-    std::set<const MenuItem*> records;
-    MainScreen screen;
-    fill_menu_captions(screen);
-    const auto visit = [&](auto&& self, std::span<const MenuEntry> entries) -> void {
-        for (const MenuEntry& entry : entries) {
-            if (entry.separator()) continue;
-            if (entry.command != Command::None) {
-                ++commands[entry.command];
-                EXPECT_FALSE(entry.tool_tip.empty()) << entry.name;
-            }
-            EXPECT_TRUE(records.insert(&entry.item(screen)).second) << entry.name;
-            EXPECT_EQ(entry.item(screen).caption, entry.caption);
-            self(self, entry.children);
+TEST(MenuBar, EveryCommandWithANameStandsInItOnceAndHasATip) {
+    std::map<Command, int> times;
+    const auto count = [&](auto&& self, const MenuRow& menu) -> void {
+        for (const MenuLine& line : menu.lines) {
+            ++times[line.command];
+            if (line.submenu != nullptr) self(self, *line.submenu);
         }
     };
-    visit(visit, menu_bar());
-    for (int i = 1; i <= static_cast<int>(Command::About); ++i)
-        EXPECT_EQ(commands[static_cast<Command>(i)], 1) << i;
+    for (const MenuRow& menu : menu_bar()) count(count, menu);
+    for (const CommandRow& row : command_rows()) {
+        EXPECT_EQ(times[row.id], row.name.empty() ? 0 : 1) << row.name;
+        EXPECT_EQ(row.tip.empty(), row.name.empty()) << row.name;
+    }
 }
 
-TEST(MainScreen, StartsWithItsCaptionsAndToolTips) {
-    const MainScreen screen;
-    EXPECT_EQ(screen.caption, "KAVORIXER");
-    EXPECT_EQ(screen.cmdTrig, (Button{"&Trigger", "Start measurement"}));
-    EXPECT_EQ(screen.cmdHalt, (Button{"&Halt", "Stop measurement"}));
-    EXPECT_EQ(screen.cmdTransmit, (Button{"T&ransmit", "Transmit Zav configuration"}));
-    EXPECT_EQ(screen.cmdConfig, (Button{"Co&nfig...", "Configure the Zav"}));
-    EXPECT_EQ(screen.cmdDefault.caption, "&Default/Expand");
-    EXPECT_EQ(screen.cmdSelectAll.caption, "&Select/De-Select All");
-    EXPECT_EQ(screen.cmdClear.caption, "Cl&ear");
+TEST(CommandButtons, HaveTheirCaptionsAndTips) {
+    Lines lines;
+    for (const ButtonRow& row : buttons())
+        lines.push_back(std::string(row.name) + " " + std::string(row.caption) + " " +
+                        std::string(row.tip));
+    EXPECT_EQ(lines, (Lines{"cmdTrig &Trigger Start measurement", "cmdHalt &Halt Stop measurement",
+                            "cmdTransmit T&ransmit Transmit Zav configuration",
+                            "cmdConfig Co&nfig... Configure the Zav",
+                            "cmdDefault &Default/Expand Hide or show the stream indicators",
+                            "cmdSelectAll &Select/De-Select All Select all pods, or none",
+                            "cmdClear Cl&ear Put pods with errors back into service"}));
 }
 
 }  // namespace

@@ -23,27 +23,26 @@ std::string when(Conditions conditions) {
 }
 
 // "| Config > Save | `mnuConfigItem(4)` | conditions |" for every item.
-void add_rows(std::span<const MenuEntry> entries, const std::string& path, Lines& rows) {
-    for (const MenuEntry& entry : entries) {
-        if (entry.separator()) continue;
-        const std::string own = path + without_marks(entry.caption);
-        if (entry.command != Command::None)
-            rows.push_back("| " + own + " | `" + std::string(entry.name) + "` | " +
-                           when(needs(entry.command)) + " |");
-        add_rows(entry.children, own + " > ", rows);
+void add_rows(const MenuRow& menu, const std::string& path, Lines& rows) {
+    const std::string own = path + without_marks(menu.caption) + " > ";
+    for (const MenuLine& line : menu.lines) {
+        if (line.submenu != nullptr) add_rows(*line.submenu, own, rows);
+        if (line.command == Command::None) continue;
+        const CommandRow& row = command_row(line.command);
+        rows.push_back("| " + own + without_marks(row.caption) + " | `" + std::string(row.name) +
+                       "` | " + when(row.conditions()) + " |");
     }
 }
 
 TEST(CommandsPage, PrintsTheTable) {
     Lines rows;
-    const MainScreen screen;
-    for (const ButtonEntry& entry : buttons())
-        rows.push_back("| " + without_marks((screen.*entry.button).caption) + " | `" +
-                       std::string(entry.name) + "` | " + when(needs(entry.command)) + " |");
-    for (const MenuEntry& menu : menu_bar())
+    for (const ButtonRow& row : buttons())
+        rows.push_back("| " + without_marks(row.caption) + " | `" + std::string(row.name) + "` | " +
+                       when(command_row(row.id).conditions()) + " |");
+    for (const MenuRow& menu : menu_bar())
         rows.push_back("| " + without_marks(menu.caption) + " | `" + std::string(menu.name) +
-                       "` | " + when(menu_needs(menu.name)) + " |");
-    add_rows(menu_bar(), "", rows);
+                       "` | " + when(menu.conditions()) + " |");
+    for (const MenuRow& menu : menu_bar()) add_rows(menu, "", rows);
 
     std::ifstream page(KAVORIX_SOURCE_DIR "/docs/commands.md");
     Lines lines;

@@ -34,15 +34,15 @@ class InterfaceSettingsTest : public testing::Test, public UiRig {
         std::ostringstream text;
         text << hex16(configuration.Interface.CardAddress) << " "
              << configuration.Interface.CardHandle << " " << configuration.Interface.PollRate << " "
-             << run_time.Link.PollTable.NumInPoll << " " << run_time.Link.OperationsEnabled << " "
+             << run_time.Link.PollTable.NumInPoll() << " " << run_time.Link.OperationsEnabled << " "
              << configuration.ZavConfig[2].TypeCode << " " << run_time.Status[2].ident() << " "
-             << run_time.Link.NumSelected;
+             << run_time.Link.NumSelected();
         for (const int pod : pods_with(run_time.Link.PollTable.InPollTable)) text << " " << pod;
         return text.str();
     }
 
-    InterfaceSettingsDialog dialog{surroundings, configuration, discovery, operations,
-                                   [this](std::int16_t as) { return save_file(as); }};
+    InterfaceSettingsDialog dialog{{discovery, dialogs, message_line, failures, configuration,
+                                    run_time, [this](std::int16_t as) { return save_file(as); }}};
 };
 
 TEST_F(InterfaceSettingsTest, ListsAddressesAndRatesWithTheCurrentOnesChosen) {
@@ -62,7 +62,8 @@ TEST_F(InterfaceSettingsTest, ListsAddressesAndRatesWithTheCurrentOnesChosen) {
 TEST_F(InterfaceSettingsTest, ACardElsewhereIsNotInTheListAndStays) {
     configuration.Interface.CardAddress = static_cast<std::int16_t>(0xC900);
     configuration.Interface.PowerOn = 1;
-    InterfaceSettingsDialog other(surroundings, configuration, discovery, operations, save_file);
+    InterfaceSettingsDialog other(
+        {discovery, dialogs, message_line, failures, configuration, run_time, save_file});
     other.Form_Load();
     EXPECT_EQ(other.screen.cboBaseAddr.index, -1);
     EXPECT_TRUE(other.screen.chkPower.checked);
@@ -164,12 +165,12 @@ TEST_F(InterfaceSettingsTest, ConnectsToAnotherCard) {
     EXPECT_EQ(driver.recorded("Connect"), Lines{"Connect CA00"});
     EXPECT_EQ(driver.recorded("Disconnect"), Lines{"Disconnect 0"});
     EXPECT_EQ(driver.recorded("Tx"), (Lines{"Tx 3 RE;ST", "Tx 20 RE;ST"}));
-    EXPECT_EQ(screen.lblMsg.caption, " Polling Stopped");
-    EXPECT_EQ(screen.lblMsg.fore, Colour::Blue);
+    EXPECT_EQ(run_time.Reports.Message.Text, " Polling Stopped");
+    EXPECT_EQ(run_time.Reports.Message.Severity, Severity::Progress);
     EXPECT_FALSE(tmrPoll->running());
-    EXPECT_TRUE(screen.img_ZAV[19].visible);
-    EXPECT_FALSE(screen.img_ZAV[7].visible);
-    EXPECT_EQ(screen.img_ZAV[2].picture, Picture::img1ZAV);
+    EXPECT_TRUE(status(20).Found);
+    EXPECT_FALSE(status(8).Found);
+    EXPECT_FALSE(status(3).OutOfOrder);
     EXPECT_EQ(dialogs.pointer, Pointer::Default);
 }
 
@@ -185,7 +186,7 @@ TEST_F(InterfaceSettingsTest, AFailedConnectionLeavesTheOldOneInUse) {
     EXPECT_FALSE(dialog.closed());
     EXPECT_EQ(dialogs.pointer, Pointer::Default);
     driver.calls.clear();
-    operations.cmdTrig_Click();
+    main_window.run(Command::Trigger);
     EXPECT_EQ(driver.recorded("Tx"), Lines{"Tx 3 TR"});
 }
 
@@ -202,19 +203,20 @@ TEST_F(InterfaceSettingsTest, ACardThatDoesNotStartIsLetGo) {
 TEST_F(InterfaceSettingsTest, ConnectsAfterAStartWithoutACard) {
     Rig* const rig = this;
     discovery.Initialise();
-    main_window.ConfigItems(0);
+    run_time.Link.Card = CardSearch::NoneFound;
     configuration.Interface.CardAddress = 0;
-    InterfaceSettingsDialog other(surroundings, configuration, discovery, operations, save_file);
+    InterfaceSettingsDialog other(
+        {discovery, dialogs, message_line, failures, configuration, run_time, save_file});
     other.Form_Load();
     EXPECT_EQ(other.screen.cboBaseAddr.index, -1);
     ASSERT_TRUE(other.screen.cboBaseAddr.select_code(C800));
     other.cmdOK_Click();
     EXPECT_TRUE(other.closed());
     EXPECT_EQ(pods_with(rig->run_time.Link.PollTable.InPollTable), (std::vector{3, 8}));
-    EXPECT_TRUE(operations.available(Command::SelectAll));
-    EXPECT_TRUE(operations.available(Command::Delete) == false);  // nothing is selected
+    EXPECT_TRUE(main_window.available(Command::SelectAll));
+    EXPECT_TRUE(main_window.available(Command::Delete) == false);  // nothing is selected
     click({3});
-    EXPECT_TRUE(operations.available(Command::Delete));
+    EXPECT_TRUE(main_window.available(Command::Delete));
 }
 
 struct SaveCase {
@@ -264,16 +266,16 @@ TEST_F(InterfaceSettingsTest, DoesNotConnectWhileSomethingUsesTheConnection) {
     driver.cards[DF00] = 5;
     choose_address(DF00);
     const std::string busy = "Cannot Connect:   Continuous Scanning/Logging in Progress";
-    for (std::int16_t* flag :
+    for (bool* flag :
          {&run_time.Link.ContScanning, &run_time.Log.ScanLogging, &run_time.Log.EventLogging}) {
-        *flag = 1;
+        *flag = true;
         dialog.cmdOK_Click();
         EXPECT_EQ(dialogs.take_boxes(), (std::vector<ShownBox>{{busy, 48, "KAVORIX"}}));
-        *flag = 0;
+        *flag = false;
     }
     click({3});
     loop.call_later(100, [&] { dialog.cmdOK_Click(); });
-    operations.send("RE;");
+    commands.send("RE;");
     EXPECT_EQ(
         dialogs.take_boxes(),
         (std::vector<ShownBox>{{"Cannot Connect:   Transmission in Progress", 48, "KAVORIX"}}));
@@ -286,13 +288,13 @@ TEST_F(InterfaceSettingsTest, NothingIsSentWhileItConnects) {
     driver.pod(3).reply_ms = 300;
     choose_address(CA00);
     loop.call_later(100, [&] {
-        EXPECT_FALSE(operations.available(Command::InterfaceCard));
+        EXPECT_FALSE(main_window.available(Command::InterfaceCard));
         click({3});
-        operations.cmdTrig_Click();
+        main_window.run(Command::Trigger);
     });
     dialog.cmdOK_Click();
     EXPECT_EQ(driver.recorded("Tx"), (Lines{"Tx 3 RE;ST", "Tx 8 RE;ST"}));
-    EXPECT_EQ(run_time.Link.NumSelected, 0);
+    EXPECT_EQ(run_time.Link.NumSelected(), 0);
 }
 
 }  // namespace

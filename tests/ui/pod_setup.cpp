@@ -285,7 +285,7 @@ class ClosingTest : public PodSetupTest {
 
 TEST_F(ClosingTest, OkCopiesAllRecordsAndReminds) {
     open(Type7R);
-    screen.mnuTransmitRem.checked = true;
+    run_time.Options.TransmitReminder = true;
     windows.pod_setup = [&](PodSetup& d) {
         change_scan_period();
         EXPECT_EQ(config(3).ScanPeriod, 0) << "live until accepted";
@@ -297,20 +297,21 @@ TEST_F(ClosingTest, OkCopiesAllRecordsAndReminds) {
     EXPECT_EQ(config(3).ScanPeriod, 250);
     EXPECT_EQ(configuration.ConfigChanged, 1);
     EXPECT_EQ(accepted, 1);
-    EXPECT_EQ(screen.lblMsg.caption, Status);
-    EXPECT_EQ(screen.lblMsg.fore, Colour::Blue);
+    EXPECT_EQ(run_time.Reports.Message.Text, Status);
+    EXPECT_EQ(run_time.Reports.Message.Severity, Severity::Progress);
     EXPECT_THAT(dialogs.take_boxes(), ElementsAre(Reminder));
 }
 
 TEST_F(ClosingTest, OkWithoutAChangeStoresNothingAndStillSpeaks) {
     open(Type7R);
+    run_time.Options.TransmitReminder = false;
     windows.pod_setup = [](PodSetup& d) { d.cmdOK_Click(); };
     config(3).Arm = 0;
     dialog.run(2);
     EXPECT_EQ(config(3).Arm, 0) << "the arming of the working copy is no change";
     EXPECT_EQ(configuration.ConfigChanged, 0);
     EXPECT_EQ(accepted, 0);
-    EXPECT_EQ(screen.lblMsg.caption, Status);
+    EXPECT_EQ(run_time.Reports.Message.Text, Status);
     EXPECT_THAT(dialogs.boxes, IsEmpty()) << "the reminder is switched off";
 }
 
@@ -318,7 +319,7 @@ TEST_F(ClosingTest, OtherwiseItAsksOnlyAfterAChange) {
     open(Type7R);
     dialog.unload_request();
     EXPECT_TRUE(dialog.closed());
-    EXPECT_EQ(screen.lblMsg.caption, "");
+    EXPECT_EQ(run_time.Reports.Message.Text, "");
 }
 
 TEST_F(ClosingTest, TheAnswerDecides) {

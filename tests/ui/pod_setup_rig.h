@@ -62,9 +62,9 @@ class PodSetupRig : public Rig {
   public:
     OperatedWindows windows;
     int accepted = 0;
-    PodSetup::Surroundings surroundings_of_dialog{configuration, run_time, screen,
-                                                  driver,        dialogs,  message_line,
-                                                  failures,      windows,  [this] { ++accepted; }};
+    PodSetup::Surroundings surroundings_of_dialog{
+        configuration, run_time, driver,  dialogs,
+        message_line,  failures, windows, [this] { ++accepted; }};
     PodSetup dialog{surroundings_of_dialog};
     PodSetupScreen& form = dialog.screen;
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "support/ui_rig.h"
+#include "ui/event_counters.h"
 
 namespace kavorix::test {
 namespace {
@@ -113,6 +114,8 @@ class ClearEventCounter : public testing::Test, public UiRig {
   protected:
     ClearEventCounter() {
         station({{3, "7VJA 0F 1.00"}, {8, "8RCA 0F 1.00"}, {9, "7RAA 0F 1.00"}});
+        main_window.on(Command::ClearEventCounter,
+                       [this] { clear_event_counters(commands, run_time, choose_channels()); });
     }
     void choose(const std::vector<int>& channels) {
         windows.at_select = [channels](SelectChannelsDialog& dialog) {
@@ -126,35 +129,35 @@ class ClearEventCounter : public testing::Test, public UiRig {
 TEST_F(ClearEventCounter, SendsAStatementForEachChannel) {
     click({8});
     choose({19, 3});
-    operations.run(Command::ClearEventCounter);
+    main_window.run(Command::ClearEventCounter);
     EXPECT_EQ(driver.recorded("Tx"), (Lines{"Tx 8 CL3", "Tx 8 CL19"}));
     EXPECT_EQ(run_time.Link.CommandString, "CL3;CL19;");
 }
 
 TEST_F(ClearEventCounter, CancelSendsNothing) {
     click({8});
-    operations.run(Command::ClearEventCounter);
+    main_window.run(Command::ClearEventCounter);
     EXPECT_TRUE(driver.recorded("Tx").empty());
 }
 
 TEST_F(ClearEventCounter, UniversalPodsTakeTheirTwoDigitalChannelsOnly) {
     click({3, 8});
     choose({3, 19});
-    operations.run(Command::ClearEventCounter);
+    main_window.run(Command::ClearEventCounter);
     EXPECT_EQ(
         dialogs.take_boxes(),
         (std::vector<ShownBox>{
             {"Channels other than 19 and 20 do not apply to ZAV types 7V and 7W", 48, "KAVORIX"}}));
     EXPECT_TRUE(driver.recorded("Tx").empty());
     choose({19, 20});
-    operations.run(Command::ClearEventCounter);
+    main_window.run(Command::ClearEventCounter);
     EXPECT_EQ(driver.recorded("Tx"), (Lines{"Tx 3 CL19", "Tx 8 CL19", "Tx 3 CL20", "Tx 8 CL20"}));
 }
 
 TEST_F(ClearEventCounter, IsNotOfferedForPodsWithoutCounters) {
     click({8, 9});
     choose({3});
-    operations.run(Command::ClearEventCounter);
+    main_window.run(Command::ClearEventCounter);
     EXPECT_TRUE(driver.recorded("Tx").empty());
 }
 

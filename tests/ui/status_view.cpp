@@ -26,7 +26,7 @@ std::string under(const std::string& line, std::string_view word, std::string_vi
 
 TEST(PodStatusLine, StandsUnderItsHeader) {
     const std::string header(StatusHeader);
-    const std::string line = pod_status_line(2, answering("7SAA12F41.02"), true);
+    const std::string line = pod_status_line(Pod::at_index(2), answering("7SAA12F41.02"), true);
     EXPECT_EQ(header,
               "ZAV         ZAV Type                            Connector             SP          "
               "FR          Software      Retries");
@@ -54,8 +54,8 @@ TEST(PodStatusLine, NamesTheType) {
                                                           {"7v", "Unknown ZAV  "}}) {
         std::string padded = text;
         padded.resize(36, ' ');
-        EXPECT_EQ(under(pod_status_line(0, answering(code + "J  0F  1.0"), true), "ZAV Type",
-                        "Connector"),
+        EXPECT_EQ(under(pod_status_line(Pod::at_index(0), answering(code + "J  0F  1.0"), true),
+                        "ZAV Type", "Connector"),
                   padded);
     }
 }
@@ -69,29 +69,32 @@ TEST(PodStatusLine, NamesTheConnector) {
     for (const auto& [letter, text] : texts) {
         std::string padded = text;
         padded.resize(22, ' ');
-        EXPECT_EQ(
-            under(pod_status_line(0, answering(std::string("7V") + letter + "  0F  1.0"), true),
-                  "Connector", "SP"),
-            padded);
+        EXPECT_EQ(under(pod_status_line(Pod::at_index(0),
+                                        answering(std::string("7V") + letter + "  0F  1.0"), true),
+                        "Connector", "SP"),
+                  padded);
     }
 }
 
 TEST(PodStatusLine, ReadsTheCapabilityLetters) {
-    EXPECT_EQ(under(pod_status_line(0, answering("7VJA 0F 1.00"), true), "SP", "FR"),
+    EXPECT_EQ(under(pod_status_line(Pod::at_index(0), answering("7VJA 0F 1.00"), true), "SP", "FR"),
               "Yes         ");
-    EXPECT_EQ(under(pod_status_line(0, answering("7VJB 0F 1.00"), true), "SP", "FR"),
+    EXPECT_EQ(under(pod_status_line(Pod::at_index(0), answering("7VJB 0F 1.00"), true), "SP", "FR"),
               "No          ");
-    EXPECT_EQ(under(pod_status_line(0, answering("7VJA 0F 1.00"), true), "FR", "Software"),
-              "Yes         ");
-    EXPECT_EQ(under(pod_status_line(0, answering("7VJA 0S 1.00"), true), "FR", "Software"),
-              "No          ");
+    EXPECT_EQ(
+        under(pod_status_line(Pod::at_index(0), answering("7VJA 0F 1.00"), true), "FR", "Software"),
+        "Yes         ");
+    EXPECT_EQ(
+        under(pod_status_line(Pod::at_index(0), answering("7VJA 0S 1.00"), true), "FR", "Software"),
+        "No          ");
 }
 
 TEST(PodStatusLine, TellsOfARemovedPodUnlessItIsSelected) {
     PodStatus failed = answering("7VJA 0F 1.00");
-    failed.ErrorFlag = 1;
-    EXPECT_EQ(pod_status_line(8, failed, false), "09          ERROR - ZAV Removed from Poll Table");
-    EXPECT_EQ(under(pod_status_line(8, failed, true), "ZAV Type", "Connector"),
+    failed.ErrorFlag = true;
+    EXPECT_EQ(pod_status_line(Pod::at_index(8), failed, false),
+              "09          ERROR - ZAV Removed from Poll Table");
+    EXPECT_EQ(under(pod_status_line(Pod::at_index(8), failed, true), "ZAV Type", "Connector"),
               "7V Universal ZAV                    ");
 }
 
@@ -114,7 +117,7 @@ class StatusViewTest : public testing::Test, public UiRig {
   protected:
     StatusViewTest() { station({{3, "7VJA 0F 1.00"}, {8, "8RCA 0F 1.00"}, {9, "7RAA 0F 1.00"}}); }
     FixedMemory memory;
-    StatusView view{surroundings, discovery, operations, memory};
+    StatusView view{{discovery, message_line, failures, memory, configuration, run_time, {}}};
 };
 
 TEST_F(StatusViewTest, AsksTheSelectedPodsAnew) {
@@ -130,11 +133,11 @@ TEST_F(StatusViewTest, AsksTheSelectedPodsAnew) {
     EXPECT_EQ(view.screen.lblSysInfo.caption, "Memory:  8,123,457 KB Free");
     EXPECT_TRUE(view.screen.fraZAV.visible);
     EXPECT_FALSE(view.screen.fraAdap.visible);
-    EXPECT_EQ(screen.lblMsg.caption, "");
+    EXPECT_EQ(run_time.Reports.Message.Text, "");
 }
 
 TEST_F(StatusViewTest, ShowsTheInterfaceWhenItIsSelected) {
-    operations.img_4A_Click();
+    main_window.img_4A_Click();
     configuration.Interface.PollRate = 250;
     run_time.Link.ErrorCount = 12;
     view.Form_Load();
@@ -156,7 +159,7 @@ TEST_F(StatusViewTest, TellsOfAPodThatDoesNotAnswer) {
         "\n08          ERROR - ZAV Removed from Poll Table\n"))
         << view.screen.txtZAVStat.text;
     // The message of the failure stays on the line.
-    EXPECT_EQ(screen.lblMsg.caption, " ERROR! - Receive Error (ZAV:08)");
+    EXPECT_EQ(run_time.Reports.Message.Text, " ERROR! - Receive Error (ZAV:08)");
 }
 
 TEST_F(StatusViewTest, TellsWhenTheOnlySelectedPodDoesNotAnswer) {
@@ -170,25 +173,26 @@ TEST_F(StatusViewTest, TellsWhenTheOnlySelectedPodDoesNotAnswer) {
 TEST_F(StatusViewTest, NothingElseIsSentMeanwhile) {
     click({3});
     driver.pod(3).reply_ms = 200;
-    loop.call_later(50, [&] { operations.cmdTrig_Click(); });
+    loop.call_later(50, [&] { main_window.run(Command::Trigger); });
     view.Form_Load();
     EXPECT_EQ(driver.recorded("Tx"), Lines{"Tx 3 ST"});
-    EXPECT_TRUE(operations.available(Command::Trigger));
+    EXPECT_TRUE(main_window.available(Command::Trigger));
 }
 
 TEST_F(StatusViewTest, ComparesTheSelectedPodsWithWhatTheyHold) {
-    std::vector<int> asked;
+    PodSet asked;
     std::vector<std::string> found = {"ZAV 08 arm: configured on, held off"};
-    StatusView comparing(surroundings, discovery, operations, memory, [&](const auto& pods) {
-        asked = pods;
-        return found;
-    });
+    StatusView comparing({discovery, message_line, failures, memory, configuration, run_time,
+                          [&](const PodSet& pods) {
+                              asked = pods;
+                              return found;
+                          }});
     click({8, 9});
     comparing.Form_Load();
     EXPECT_TRUE(comparing.screen.cmdCompare.visible);
     EXPECT_FALSE(comparing.screen.fraHeld.visible);
     comparing.cmdCompare_Click();
-    EXPECT_EQ(asked, (std::vector<int>{7, 8}));
+    EXPECT_EQ(pods_with(asked), (std::vector{8, 9}));
     EXPECT_EQ(comparing.screen.txtHeld.text, "ZAV 08 arm: configured on, held off\n");
     EXPECT_TRUE(comparing.screen.fraHeld.visible);
     found.clear();
@@ -201,8 +205,8 @@ TEST_F(StatusViewTest, OffersNoComparisonWithoutOneOrWithoutAPod) {
     view.Form_Load();
     EXPECT_FALSE(view.screen.cmdCompare.visible);
     click({8});
-    StatusView nothing_selected(surroundings, discovery, operations, memory,
-                                [](const auto&) { return std::vector<std::string>{}; });
+    StatusView nothing_selected({discovery, message_line, failures, memory, configuration, run_time,
+                                 [](const PodSet&) { return std::vector<std::string>{}; }});
     nothing_selected.Form_Load();
     EXPECT_FALSE(nothing_selected.screen.cmdCompare.visible);
 }

@@ -20,7 +20,7 @@ class Stream0ViewTest : public testing::Test, protected UiRig {
     }
     void reading(int pod, const test::Reply& reply) {
         driver.pod(pod).waiting[0] = {reply};
-        decoder.read_stream0(pod - 1);
+        decoder.read_stream0(Pod::numbered(pod), {});
     }
     Lines row(int number) const {
         Lines cells;
@@ -47,7 +47,7 @@ TEST_F(Stream0ViewTest, OpensOnTheFirstSelectedPod) {
     run_time.Poll.PollCount = 12;
     view.load();
     EXPECT_EQ(run_time.Poll.ViewOpen[0], 1);
-    EXPECT_EQ(run_time.Poll.ViewedZav, 2);
+    EXPECT_EQ(run_time.Poll.ViewedZav, Pod::at_index(2));
     EXPECT_EQ(view.screen.caption, "Stream 0");
     EXPECT_EQ(view.screen.lblZAV.caption, "Viewing ZAV:");
     EXPECT_EQ(view.screen.lblNum.caption, "03");
@@ -67,14 +67,14 @@ TEST_F(Stream0ViewTest, OpensOnTheFirstSelectedPod) {
 }
 
 TEST_F(Stream0ViewTest, OpensOnThePodLastViewedWhenItIsSelected) {
-    run_time.Poll.ViewedZav = 7;
+    run_time.Poll.ViewedZav = Pod::at_index(7);
     view.load();
     EXPECT_EQ(view.screen.cboView.index, 2);
     EXPECT_EQ(view.screen.lblNum.caption, "08");
     view.unload();
     click({8});
     view.load();
-    EXPECT_EQ(run_time.Poll.ViewedZav, 2);
+    EXPECT_EQ(run_time.Poll.ViewedZav, Pod::at_index(2));
     EXPECT_EQ(view.screen.cboView.index, 0);
 }
 
@@ -125,7 +125,7 @@ TEST_F(Stream0ViewTest, CellsFollowTypeChannelAndCode) {
         std::vector<float> values(32, row.value);
         rig.driver.pod(3).waiting[0] = {
             scan(values, std::vector<std::int16_t>(32, static_cast<std::int16_t>(row.code)))};
-        rig.decoder.read_stream0(2);
+        rig.decoder.read_stream0(Pod::at_index(2), {});
         single.refresh();
         EXPECT_EQ(single.cell(row.channel - 1, 1), (GridCell{row.shown, row.error}));
     }
@@ -206,19 +206,19 @@ TEST_F(Stream0ViewTest, AnotherPodIsChosenInTheList) {
     view.load();
     const auto layout = view.layout();
     view_pod(1);
-    EXPECT_EQ(run_time.Poll.ViewedZav, 4);
+    EXPECT_EQ(run_time.Poll.ViewedZav, Pod::at_index(4));
     EXPECT_EQ(view.screen.lblNum.caption, "05");
     EXPECT_EQ(view.row_count(), 32);
     EXPECT_NE(view.layout(), layout);
     view_pod(99);
-    EXPECT_EQ(run_time.Poll.ViewedZav, 4);
+    EXPECT_EQ(run_time.Poll.ViewedZav, Pod::at_index(4));
 }
 
 TEST_F(Stream0ViewTest, FollowsAPodThatAnotherViewChose) {
     reading(3, scan(std::vector<float>(10, 3.0F)));
     reading(8, scan(std::vector<float>(10, 8.0F)));
     view.load();
-    run_time.Poll.ViewedZav = 7;
+    run_time.Poll.ViewedZav = Pod::at_index(7);
     view.refresh();
     EXPECT_EQ(view.screen.lblNum.caption, "08");
     EXPECT_EQ(view.screen.cboView.index, 2);

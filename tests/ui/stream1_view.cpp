@@ -25,7 +25,10 @@ class Stream1Test : public testing::Test, public UiRig {
   protected:
     Stream1Test() {
         station({{3, "7SBA 0F 1.00"}, {8, "8RCA 0F 1.00"}, {9, "7RAA 0F 1.00"}});
-        consumers.at_stream1 = [this] { view.refresh(); };
+        told.at_boundary = [this] {
+            if (run_time.Poll.ViewOpen[RequestStream] && run_time.Poll.Stream1Arrived)
+                view.refresh();
+        };
     }
     // The pods are selected and the view opened.
     void open(const std::vector<int>& pods) {
@@ -57,7 +60,8 @@ class Stream1Test : public testing::Test, public UiRig {
     }
     void strain(int pod, int channel) { config(pod).Channel[at(channel - 1)].Mode = 60; }
 
-    Stream1View view{surroundings, operations, choose_in_window(windows, dialogs, failures)};
+    Stream1View view{
+        {commands, loop, message_line, failures, configuration, run_time, choose_channels()}};
 };
 
 TEST_F(Stream1Test, HasARowForEveryChannelOfTheSelectedPods) {
@@ -69,7 +73,7 @@ TEST_F(Stream1Test, HasARowForEveryChannelOfTheSelectedPods) {
     Lines cells;
     for (int column = 0; column < 5; ++column) cells.push_back(view.cell(11, column).text);
     EXPECT_EQ(cells, (Lines{"08", "02", "", "Door", "open"}));
-    EXPECT_EQ(run_time.Poll.ViewOpen, (std::array<std::int16_t, 4>{0, 1, 0, 0}));
+    EXPECT_EQ(run_time.Poll.ViewOpen, (StreamFlags{0, 1, 0, 0}));
     EXPECT_FALSE(view.screen.cmdMeasure.enabled);
 }
 
@@ -204,9 +208,9 @@ TEST_F(Stream1Test, WithoutASelectionNothingIsSent) {
             view.cmdMeasure_Click();
         else
             view.cmdSelChan_Click();
-        EXPECT_EQ(screen.lblMsg.caption, " No ZAV Selected - Command not Sent");
-        EXPECT_EQ(screen.lblMsg.fore, Colour::Red);
-        screen.lblMsg.caption.clear();
+        EXPECT_EQ(run_time.Reports.Message.Text, " No ZAV Selected - Command not Sent");
+        EXPECT_EQ(run_time.Reports.Message.Severity, Severity::Error);
+        run_time.Reports.Message.Text.clear();
     }
     EXPECT_TRUE(driver.recorded("Tx").empty());
 }

@@ -12,7 +12,7 @@ class Stream2Test : public testing::Test, public UiRig {
     Stream2Test() {
         station({{3, "7VJA 0F 1.00"}, {8, "8SFN 0F 1.00"}, {9, "7RAA 0F 1.00"}});
         click({3, 8});
-        run_time.Poll.ViewedZav = 7;
+        run_time.Poll.ViewedZav = Pod::at_index(7);
     }
     // The pod's event table after a read of stream 2.
     void report(int pod, const std::vector<EventEntry>& events) {
@@ -58,7 +58,7 @@ TEST_F(Stream2Test, ShowsTheViewedPodAndItsEvents) {
     EXPECT_EQ(view.screen.lblLstTime1.caption, "13:04:10:007");
     EXPECT_EQ(view.screen.lblLstDate1.caption, "5 Jan");
     EXPECT_EQ(status(8).StreamSeen[EventStream], 0);
-    EXPECT_EQ(run_time.Poll.ViewOpen, (std::array<std::int16_t, 4>{0, 0, 1, 0}));
+    EXPECT_EQ(run_time.Poll.ViewOpen, (StreamFlags{0, 0, 1, 0}));
 }
 
 TEST_F(Stream2Test, WithoutEventsTheLabelsAreEmpty) {
@@ -99,21 +99,21 @@ TEST_F(Stream2Test, AnotherPodCanBeChosen) {
               (std::vector<ListEntry>{{"03 - 7V", 2}, {"08 - 8S", 7}}));
     EXPECT_EQ(view.screen.cboView.index, 1);
     view.cboView_Click(0);
-    EXPECT_EQ(run_time.Poll.ViewedZav, 2);
+    EXPECT_EQ(run_time.Poll.ViewedZav, Pod::at_index(2));
     EXPECT_EQ(view.screen.lblZAVNo.caption, "ZAV: 03");
     EXPECT_EQ(texts(), Lines{"5 Jan|13:04:30:007|19|Lo to Hi|"});
 }
 
 TEST_F(Stream2Test, FollowsThePodThatAnotherViewChose) {
     view.load();
-    run_time.Poll.ViewedZav = 2;
+    run_time.Poll.ViewedZav = Pod::at_index(2);
     loop.run_for(1000);
     EXPECT_EQ(view.screen.lblZAVNo.caption, "ZAV: 03");
     EXPECT_EQ(view.screen.cboView.index, 0);
 }
 
 TEST_F(Stream2Test, TakesASelectedPodWhenTheViewedOneIsNot) {
-    run_time.Poll.ViewedZav = 40;
+    run_time.Poll.ViewedZav = Pod::at_index(40);
     view.load();
     EXPECT_EQ(view.screen.lblZAVNo.caption, "ZAV: 03");
     EXPECT_EQ(view.screen.cboView.index, 0);

@@ -55,8 +55,8 @@ class TxCommandTest : public testing::Test, public UiRig {
 
     CommandHistory history;
     Lines sent;
-    TxCommandDialog dialog{surroundings, link, operations, history,
-                           [this](std::string_view text) { sent.emplace_back(text); }};
+    TxCommandDialog dialog{{commands, link, history, dialogs, failures,
+                            [this](std::string_view text) { sent.emplace_back(text); }}};
 };
 
 TEST_F(TxCommandTest, TypedCharactersBecomeUpperCase) {

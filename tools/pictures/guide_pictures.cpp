@@ -43,13 +43,13 @@ class Photographer {
         with_.loop.wait_until([&] { return over; });
     }
 
-    void select(std::vector<int> numbers) {
-        for (int& number : numbers) --number;
-        with_.station.select_pods(numbers);
-        with_.station.operations.CheckItems();
+    void select(const std::vector<int>& numbers) {
+        PodSet pods;
+        for (const int number : numbers) pods.add(Pod::numbered(number));
+        with_.station.select_pods(pods);
     }
 
-    void run(Command command) { with_.station.operations.run(command); }
+    void run(Command command) { with_.desk.main_window.run(command); }
 
     void save(QWidget& window, const QString& name) {
         const QString path = folder_ + "/" + name + ".png";

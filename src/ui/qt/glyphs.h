@@ -7,25 +7,11 @@
 #include <QIcon>
 #include <QRectF>
 
+#include "ui/commands.h"
+
 class QPainter;
 
 namespace kavorix {
-
-enum class Glyph {
-    Trigger,
-    Halt,
-    Transmit,
-    Configure,
-    Layout,
-    SelectAll,
-    Clear,
-    Warning,      // a red triangle with an exclamation mark
-    Caution,      // the same in amber
-    Information,  // a disc with an i
-    Question,     // a disc with a question mark
-    Stop,         // a disc with a cross
-    Cycle         // an arrow going round
-};
 
 // Draws the glyph into the square in the middle of `box`.
 void paint_glyph(QPainter& painter, const QRectF& box, Glyph glyph, const QColor& colour);

@@ -5,7 +5,7 @@
 #include <QCloseEvent>
 #include <QMimeData>
 
-#include "link/error_log.h"
+#include "base/program_name.h"
 #include "ui/qt/graph_canvas.h"
 #include "ui/qt/graph_files.h"
 #include "ui/qt/theme.h"

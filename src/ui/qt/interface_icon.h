@@ -2,7 +2,7 @@
 
 #include <QAbstractButton>
 
-#include "platform/main_screen.h"
+#include "ui/main_screen.h"
 
 namespace kavorix {
 

@@ -7,7 +7,6 @@
 #include <QMimeData>
 #include <QShortcutEvent>
 
-#include "ui/operations.h"
 #include "ui/qt/glyphs.h"
 #include "ui/qt/icons.h"
 #include "ui/qt/qt_text.h"
@@ -17,40 +16,6 @@ namespace kavorix {
 
 namespace {
 
-struct CommandButton {
-    const char* name;
-    Button MainScreen::*field;
-    std::function<void()> MainWindowHandlers::*handler;
-    Glyph glyph;
-};
-
-constexpr CommandButton CommandButtons[] = {
-    {"cmdTrig", &MainScreen::cmdTrig, &MainWindowHandlers::cmdTrig_Click, Glyph::Trigger},
-    {"cmdHalt", &MainScreen::cmdHalt, &MainWindowHandlers::cmdHalt_Click, Glyph::Halt},
-    {"cmdTransmit", &MainScreen::cmdTransmit, &MainWindowHandlers::cmdTransmit_Click,
-     Glyph::Transmit},
-    {"cmdConfig", &MainScreen::cmdConfig, &MainWindowHandlers::cmdConfig_Click, Glyph::Configure},
-    {"cmdDefault", &MainScreen::cmdDefault, &MainWindowHandlers::cmdDefault_Click, Glyph::Layout},
-    {"cmdSelectAll", &MainScreen::cmdSelectAll, &MainWindowHandlers::cmdSelectAll_Click,
-     Glyph::SelectAll},
-    {"cmdClear", &MainScreen::cmdClear, &MainWindowHandlers::cmdClear_Click, Glyph::Clear},
-};
-
-// The menu of a pod, out of the menu bar's items.
-constexpr const char* Separator = "-";
-constexpr const char* PodMenu[] = {"mnuOperateItem(0)",
-                                   "mnuOperateItem(1)",
-                                   Separator,
-                                   "mnuConfigItem(1)",
-                                   "mnuConfigItem(7)",
-                                   "mnuConfigItem(11)",
-                                   Separator,
-                                   "mnuViewDataItem(0)",
-                                   "mnuViewDataItem(1)",
-                                   "mnuViewDataItem(2)",
-                                   "mnuViewDataItem(3)",
-                                   "mnuViewItem(1)"};
-
 constexpr int SpareHeight = 48;  // of a window that was never resized: room to breathe
 
 QString to_name(std::string_view name) {
@@ -59,36 +24,18 @@ QString to_name(std::string_view name) {
 
 }  // namespace
 
-MainWindowHandlers handlers_of(Operations& operations) {
-    MainWindowHandlers handlers;
-    handlers.run = [&](Command command) { operations.run(command); };
-    handlers.cmdTrig_Click = [&] { operations.cmdTrig_Click(); };
-    handlers.cmdHalt_Click = [&] { operations.cmdHalt_Click(); };
-    handlers.cmdTransmit_Click = [&] { operations.cmdTransmit_Click(); };
-    handlers.cmdConfig_Click = [&] { operations.cmdConfig_Click(); };
-    handlers.cmdDefault_Click = [&] { operations.cmdDefault_Click(); };
-    handlers.cmdSelectAll_Click = [&] { operations.cmdSelectAll_Click(); };
-    handlers.cmdClear_Click = [&] { operations.cmdClear_Click(); };
-    handlers.img_ZAV_Click = [&](int pod) { operations.img_ZAV_Click(pod); };
-    handlers.select_for_menu = [&](int pod) { operations.select_for_menu(pod); };
-    handlers.img_4A_Click = [&] { operations.img_4A_Click(); };
-    handlers.pnlErr_DblClick = [&] { operations.pnlErr_DblClick(); };
-    handlers.pnlButton_DblClick = [&](int stream) { operations.pnlButton_DblClick(stream); };
-    handlers.unload_request = [&] { operations.unload_request(); };
-    handlers.mnuOperate_Click = [&] { operations.mnuOperate_Click(); };
-    return handlers;
-}
-
-QtMainWindow::QtMainWindow(MainScreen& screen, MainWindowHandlers handlers, Mirrors& mirrors,
+QtMainWindow::QtMainWindow(MainWindow& rules, OpenFile open, Mirrors& mirrors,
                            const QString& memory_path)
-    : screen_(screen),
-      handlers_(std::move(handlers)),
+    : rules_(rules),
+      open_(std::move(open)),
+      screen_(rules.screen()),
       mirrors_(mirrors),
       memory_(memory_path),
       recent_(memory_),
       ui_(std::make_unique<Ui::frmMain>()) {
     ui_->setupUi(this);
     setWindowIcon(program_icon());
+    mirrors_.add(*this);  // before the binder, which shows what this has computed
     binder_ = std::make_unique<Binder>(mirrors, *this);
     build_menus();
     build_recent_menu();
@@ -96,12 +43,11 @@ QtMainWindow::QtMainWindow(MainScreen& screen, MainWindowHandlers handlers, Mirr
     bind_panels();
     bind_buttons();
     connect(ui_->img_4A, &QAbstractButton::clicked, this,
-            [this] { mirrors_.loop().dispatch(handlers_.img_4A_Click); });
+            [this] { mirrors_.loop().dispatch([this] { rules_.img_4A_Click(); }); });
     ui_->podDisplay->on_click = [this](int pod) {
-        mirrors_.loop().dispatch([&] { handlers_.img_ZAV_Click(pod); });
+        mirrors_.loop().dispatch([&] { rules_.img_ZAV_Click(Pod::at_index(pod)); });
     };
     ui_->podDisplay->on_menu = [this](int pod, const QPoint& place) { show_pod_menu(pod, place); };
-    mirrors_.add(*this);
     refresh();
     restore_place();
     ui_->podDisplay->setFocus();
@@ -120,62 +66,61 @@ void QtMainWindow::bind_panels() {
     binder_->add("pnlPollCnt", screen_.pnlPollCnt);
     binder_->add("pnlBars", screen_.pnlBars);
     binder_->add("pnlButton", screen_.pnlButton);
-    binder_->on_double_click("pnlErr", handlers_.pnlErr_DblClick);
+    binder_->on_double_click("pnlErr", [this] { rules_.pnlErr_DblClick(); });
     for (int stream = 0; stream < StreamCount; ++stream)
         binder_->on_double_click("pnlButton_" + std::to_string(stream),
-                                 [this, stream] { handlers_.pnlButton_DblClick(stream); });
+                                 [this, stream] { rules_.pnlButton_DblClick(stream); });
 }
 
 void QtMainWindow::bind_buttons() {
-    for (const CommandButton& button : CommandButtons) {
-        binder_->add(button.name, screen_.*button.field);
-        binder_->on_click(button.name, handlers_.*button.handler);
-        auto* const widget = findChild<QPushButton*>(button.name);
-        widget->setIcon(glyph_icon(button.glyph));
-        widget->installEventFilter(this);
+    for (const ButtonRow& row : buttons()) {
+        auto& button = *findChild<QPushButton*>(to_name(row.name));
+        button.setText(to_qt(row.caption));
+        button.setToolTip(to_qt(row.tip));
+        button.setIcon(glyph_icon(row.glyph));
+        button.installEventFilter(this);
+        buttons_.emplace_back(&button, row.id);
+        binder_->on_click(row.name, [this, &row] { rules_.press(row); });
     }
     menuBar()->installEventFilter(this);
 }
 
 void QtMainWindow::build_menus() {
-    for (const MenuEntry& entry : menu_bar()) {
-        QMenu& menu = *menuBar()->addMenu(to_qt(entry.caption));
-        menu.setObjectName(to_name(entry.name));
-        binder_->add(*menu.menuAction(), entry.item(screen_));
-        if (entry.name == "mnuOperate" && handlers_.mnuOperate_Click)
-            connect(&menu, &QMenu::aboutToShow, this,
-                    [this] { mirrors_.loop().dispatch(handlers_.mnuOperate_Click); });
-        fill_menu(menu, entry.children);
+    const auto bar = menu_bar();
+    for (std::size_t i = 0; i < bar.size(); ++i) {
+        menus_[i] = menuBar()->addMenu(to_qt(bar[i].caption));
+        menus_[i]->setObjectName(to_name(bar[i].name));
+        fill_menu(*menus_[i], bar[i]);
     }
 }
 
-void QtMainWindow::fill_menu(QMenu& menu, std::span<const MenuEntry> entries) {
+void QtMainWindow::fill_menu(QMenu& menu, const MenuRow& row) {
     menu.setToolTipsVisible(true);
     // What the rules have changed since the last refresh counts before the menu is looked at.
     connect(&menu, &QMenu::aboutToShow, this,
-            [this] { mirrors_.loop().dispatch([this] { binder_->refresh(); }); });
-    for (const MenuEntry& entry : entries) {
-        if (entry.separator()) {
+            [this] { mirrors_.loop().dispatch([this] { refresh_all(); }); });
+    for (const MenuLine& line : row.lines) {
+        if (line.submenu != nullptr) {
+            QMenu& submenu = *menu.addMenu(to_qt(line.submenu->caption));
+            submenu.menuAction()->setObjectName(to_name(line.submenu->name));
+            fill_menu(submenu, *line.submenu);
+        } else if (line.separator()) {
             menu.addSeparator();
-            continue;
+        } else {
+            add_action(menu, command_row(line.command));
         }
-        if (!entry.children.empty()) {
-            QMenu& submenu = *menu.addMenu(to_qt(entry.caption));
-            submenu.menuAction()->setObjectName(to_name(entry.name));
-            binder_->add(*submenu.menuAction(), entry.item(screen_));
-            fill_menu(submenu, entry.children);
-            continue;
-        }
-        QAction& action = *menu.addAction(to_qt(entry.caption));
-        action.setObjectName(to_name(entry.name));
-        action.setToolTip(to_qt(entry.tool_tip));
-        action.setCheckable(entry.checkable);
-        action.setMenuRole(QAction::NoRole);
-        binder_->add(action, entry.item(screen_));
-        connect(&action, &QAction::triggered, this, [this, command = entry.command] {
-            mirrors_.loop().dispatch([&] { handlers_.run(command); });
-        });
     }
+}
+
+void QtMainWindow::add_action(QMenu& menu, const CommandRow& row) {
+    QAction& action = *menu.addAction(to_qt(row.caption));
+    action.setObjectName(to_name(row.name));
+    action.setToolTip(to_qt(row.tip));
+    action.setCheckable(row.checked != nullptr);
+    action.setMenuRole(QAction::NoRole);
+    actions_.emplace_back(&action, row.id);
+    connect(&action, &QAction::triggered, this,
+            [this, command = row.id] { mirrors_.loop().dispatch([&] { rules_.run(command); }); });
 }
 
 void QtMainWindow::build_recent_menu() {
@@ -200,8 +145,8 @@ void QtMainWindow::list_recent_files() {
         connect(&action, &QAction::triggered, this, [this, path = paths[i]] { open_later(path); });
     }
     recent_menu_->setToolTipsVisible(true);
-    recent_menu_->menuAction()->setEnabled(!paths.isEmpty() && handlers_.open &&
-                                           findChild<QAction*>("mnuConfigItem(3)")->isEnabled());
+    recent_menu_->menuAction()->setEnabled(!paths.isEmpty() && open_ &&
+                                           rules_.available(Command::OpenFile));
 }
 
 void QtMainWindow::note_recent(const std::string& path) {
@@ -211,12 +156,12 @@ void QtMainWindow::note_recent(const std::string& path) {
 // Behind the event that asked for it: whoever dropped a file does not have to wait.
 void QtMainWindow::open_later(const QString& path) {
     mirrors_.loop().call_later(
-        0, [this, bytes = QFile::encodeName(path).toStdString()] { handlers_.open(bytes); });
+        0, [this, bytes = QFile::encodeName(path).toStdString()] { open_(bytes); });
 }
 
 void QtMainWindow::dragEnterEvent(QDragEnterEvent* event) {
     const QList<QUrl> urls = event->mimeData()->urls();
-    if (handlers_.open && urls.size() == 1 && urls.front().isLocalFile() &&
+    if (open_ && urls.size() == 1 && urls.front().isLocalFile() &&
         QStringList{"cfg", "dat"}.contains(
             QFileInfo(urls.front().toLocalFile()).suffix().toLower()))
         event->acceptProposedAction();
@@ -229,31 +174,49 @@ void QtMainWindow::dropEvent(QDropEvent* event) {
 
 // The menu items that make sense for a pod, as the menu bar has them.
 void QtMainWindow::show_pod_menu(int pod, const QPoint& place) {
-    if (!screen_.img_ZAV[static_cast<std::size_t>(pod)].visible) return;
+    if (!screen_.img_ZAV[Pod::at_index(pod)].visible) return;
     mirrors_.loop().dispatch([&] {
-        handlers_.select_for_menu(pod);
-        if (handlers_.mnuOperate_Click) handlers_.mnuOperate_Click();
-        binder_->refresh();
+        rules_.select_for_menu(Pod::at_index(pod));
+        refresh_all();
     });
     auto* const menu = new QMenu(this);
     menu->setObjectName("mnuPod");
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    for (const char* name : PodMenu)
-        if (std::string_view(name) == Separator)
+    for (const MenuLine& line : pod_menu())
+        if (line.separator())
             menu->addSeparator();
         else
-            menu->addAction(findChild<QAction*>(name));
+            menu->addAction(findChild<QAction*>(to_name(command_row(line.command).name)));
     menu->popup(place);
 }
 
 void QtMainWindow::refresh() {
+    screen_ = rules_.screen();
     const QString caption = to_qt(screen_.caption);
     if (windowTitle() != caption) setWindowTitle(caption);
     ui_->img_4A->show_icon(screen_.img_4A);
+    show_commands();
     if (ui_->podDisplay->expanded() != screen_.expanded)
         show_expanded();
     else
         ui_->podDisplay->show_screen(screen_);
+}
+
+// The record and what the binder shows of it.
+void QtMainWindow::refresh_all() {
+    refresh();
+    binder_->refresh();
+}
+
+void QtMainWindow::show_commands() {
+    for (const auto& [action, command] : actions_) {
+        action->setEnabled(screen_.command(command).enabled);
+        action->setChecked(screen_.command(command).checked);
+    }
+    for (const auto& [button, command] : buttons_)
+        button->setEnabled(screen_.command(command).enabled);
+    for (std::size_t i = 0; i < menus_.size(); ++i)
+        menus_[i]->menuAction()->setEnabled(screen_.Menus[i]);
 }
 
 // The window grows and shrinks by the rows that come and go.
@@ -278,7 +241,7 @@ void QtMainWindow::closeEvent(QCloseEvent* event) {
     memory_.save(*this);
     if (asking_) return;
     asking_ = true;
-    mirrors_.loop().dispatch(handlers_.unload_request);
+    mirrors_.loop().dispatch([this] { rules_.unload_request(); });
     asking_ = false;
 }
 
@@ -288,8 +251,7 @@ bool QtMainWindow::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::Shortcut) {
         const auto* const shortcut = static_cast<QShortcutEvent*>(event);
         if (shortcut->isAmbiguous())
-            for (const CommandButton& button : CommandButtons) {
-                auto* const widget = findChild<QPushButton*>(button.name);
+            for (const auto& [widget, command] : buttons_) {
                 if (widget->shortcut() != shortcut->key()) continue;
                 widget->click();
                 return true;

@@ -8,7 +8,7 @@
 #include <QPalette>
 #include <QRectF>
 
-#include "platform/main_screen.h"
+#include "ui/main_screen.h"
 
 class QPainter;
 

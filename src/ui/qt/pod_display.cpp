@@ -24,18 +24,14 @@ constexpr double ChangeRadius = 4.5;  // of the dot at a pod that has something 
 constexpr QColor ChangeColour(0xE0, 0x8A, 0x00);
 constexpr const char* NotTransmitted = "configuration not transmitted";
 
-std::size_t at(int index) {
-    return static_cast<std::size_t>(index);
-}
-
 PodTile tile_of(const MainScreen& screen, int pod) {
     const auto column = at(pod % PodsPerStrip);
     PodTile tile{pod < PodsPerStrip ? screen.picZAVNum1[column] : screen.picZAVNum2[column],
-                 screen.img_ZAV[at(pod)],
-                 screen.lblZAVType[at(pod)],
+                 screen.img_ZAV[Pod::at_index(pod)],
+                 screen.lblZAVType[Pod::at_index(pod)],
                  {}};
     for (int stream = 0; stream < StreamCount; ++stream)
-        tile.streams[at(stream)] = screen.lblStrm(stream)[at(pod)];
+        tile.streams[at(stream)] = screen.lblStrm(stream)[Pod::at_index(pod)];
     return tile;
 }
 
@@ -43,8 +39,9 @@ PodTile tile_of(const MainScreen& screen, int pod) {
 bool same(const PodTile& tile, const MainScreen& screen, int pod) {
     const auto column = at(pod % PodsPerStrip);
     for (int stream = 0; stream < StreamCount; ++stream)
-        if (tile.streams[at(stream)] != screen.lblStrm(stream)[at(pod)]) return false;
-    return tile.icon == screen.img_ZAV[at(pod)] && tile.type == screen.lblZAVType[at(pod)] &&
+        if (tile.streams[at(stream)] != screen.lblStrm(stream)[Pod::at_index(pod)]) return false;
+    return tile.icon == screen.img_ZAV[Pod::at_index(pod)] &&
+           tile.type == screen.lblZAVType[Pod::at_index(pod)] &&
            tile.number ==
                (pod < PodsPerStrip ? screen.picZAVNum1[column] : screen.picZAVNum2[column]);
 }

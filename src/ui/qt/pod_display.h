@@ -8,7 +8,7 @@
 #include <functional>
 #include <optional>
 
-#include "platform/main_screen.h"
+#include "ui/main_screen.h"
 #include "ui/qt/pod_geometry.h"
 
 namespace kavorix {

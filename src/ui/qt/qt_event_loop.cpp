@@ -8,6 +8,8 @@
 #include <chrono>
 #include <utility>
 
+#include "platform/host_event_loop.h"
+
 namespace kavorix {
 
 class QtEventLoop::QtTimer : public Timer {
@@ -71,6 +73,10 @@ WallTime QtEventLoop::wall_time() const {
     const QTime time = now.time();
     return {date.year(),   date.month(),  date.day(), time.hour(),
             time.minute(), time.second(), time.msec()};
+}
+
+std::int64_t QtEventLoop::utc_ms() const {
+    return host_utc_ms();
 }
 
 std::unique_ptr<Timer> QtEventLoop::make_timer(std::function<void()> on_tick) {

@@ -21,6 +21,7 @@ class QtEventLoop : public EventLoop {
 
     std::uint32_t tick_count() const override;
     WallTime wall_time() const override;
+    std::int64_t utc_ms() const override;
     std::unique_ptr<Timer> make_timer(std::function<void()> on_tick) override;
     void call_later(int delay_ms, std::function<void()> task) override;
     void wait_until(const std::function<bool()>& done) override;

@@ -1,6 +1,6 @@
 #include "ui/qt/qt_graph.h"
 
-#include "link/error_log.h"
+#include "base/program_name.h"
 #include "ui/qt/graph_setup_dialog.h"
 #include "ui/qt/graph_window.h"
 #include "ui/qt/window_placing.h"

@@ -14,11 +14,8 @@
 
 namespace kavorix {
 
-QtWindows::QtWindows(Mirrors& mirrors, Stream0View& stream0, const QString& memory_path)
-    : mirrors_(mirrors),
-      stream0_(stream0),
-      memory_(memory_path),
-      guide_(documents_folder(), memory_) {}
+QtWindows::QtWindows(Mirrors& mirrors, const QString& memory_path)
+    : mirrors_(mirrors), memory_(memory_path), guide_(documents_folder(), memory_) {}
 
 QtWindows::~QtWindows() = default;
 
@@ -70,8 +67,8 @@ void QtWindows::open_view(std::int16_t stream, View& view) {
     window->open_view();
 }
 
-void QtWindows::show_stream0() {
-    open_view(ReadingStream, stream0_);
+void QtWindows::show_stream0(Stream0View& view) {
+    open_view(ReadingStream, view);
 }
 
 void QtWindows::show_stream1(Stream1View& view) {

@@ -7,11 +7,10 @@
 #include <array>
 #include <memory>
 
-#include "ui/operations.h"
 #include "ui/qt/guide.h"
 #include "ui/qt/mirrors.h"
 #include "ui/qt/window_memory.h"
-#include "ui/stream0_view.h"
+#include "ui/windows.h"
 
 namespace kavorix {
 
@@ -24,7 +23,7 @@ class StreamWindow;
 class QtWindows : public Windows {
   public:
     // `memory_path`: the INI file that remembers sizes and places.
-    QtWindows(Mirrors& mirrors, Stream0View& stream0, const QString& memory_path);
+    QtWindows(Mirrors& mirrors, const QString& memory_path);
     ~QtWindows() override;
 
     void set_main_window(QWidget* window);
@@ -34,7 +33,7 @@ class QtWindows : public Windows {
 
     void show_about(const AboutBox& about) override;
     void show_guide(std::string_view page) override { guide_.open(page); }
-    void show_stream0() override;
+    void show_stream0(Stream0View& view) override;
     void show_stream1(Stream1View& view) override;
     void show_stream2(Stream2View& view) override;
     void show_stream3(Stream3View& view) override;
@@ -56,7 +55,6 @@ class QtWindows : public Windows {
     QWidget* in_use() const;
 
     Mirrors& mirrors_;
-    Stream0View& stream0_;
     WindowMemory memory_;
     Guide guide_;
     QPointer<QWidget> main_window_;

@@ -17,7 +17,7 @@
 namespace kavorix::test {
 namespace {
 
-constexpr int Pod = 2;  // ZAV 3
+constexpr int PodIndex = 2;  // ZAV 3
 
 class PodSetupStationTest : public testing::Test {
   protected:
@@ -33,7 +33,9 @@ class PodSetupStationTest : public testing::Test {
         QApplication::setActiveWindow(&program->window);
     }
 
-    bool started() const { return program->station.run_time.Link.PollTable.InPollTable[Pod] == 1; }
+    bool started() const {
+        return program->station.run_time.Link.PollTable.InPollTable.has(Pod::at_index(PodIndex));
+    }
 
     // Presses Ok in every box that comes up; their texts are kept.
     void answer_boxes() {
@@ -51,7 +53,7 @@ class PodSetupStationTest : public testing::Test {
     void select_pod() {
         auto& pods = *program->window.findChild<PodDisplay*>("podDisplay");
         QTest::mouseClick(&pods, Qt::LeftButton, {},
-                          pods.geometry_now().tile(Pod).center().toPoint());
+                          pods.geometry_now().tile(PodIndex).center().toPoint());
     }
 
     QTemporaryDir directory;
@@ -120,16 +122,16 @@ TEST_F(PodSetupStationTest, ThePodHoldsWhatWasEnteredAndTransmitted) {
         form.click("cmdOK");
     });
     const Configuration& configuration = program->station.configuration;
-    EXPECT_EQ(configuration_statements(configuration.ZavConfig[Pod]),
+    EXPECT_EQ(configuration_statements(configuration.ZavConfig[PodIndex]),
               configuration_statements(wanted()));
-    EXPECT_TRUE(configuration.ZavConfig[Pod] == wanted()) << "what is not sent differs";
+    EXPECT_TRUE(configuration.ZavConfig[PodIndex] == wanted()) << "what is not sent differs";
     EXPECT_EQ(configuration.ConfigChanged, 1);
 
     main.click("cmdTransmit");
     const auto& network = dynamic_cast<const sim::Network&>(*program->driver);
-    EXPECT_EQ(verify_pods(configuration.ZavConfig, network, std::vector<int>{Pod}),
+    EXPECT_EQ(verify_pods(configuration.ZavConfig, network, PodSet{Pod::at_index(PodIndex)}),
               std::vector<std::string>());
-    const sim::HeldSettings& held = *network.held(Pod + 1);
+    const sim::HeldSettings& held = *network.held(PodIndex + 1);
     EXPECT_EQ(held.channels[0].high_alarm, (sim::HeldAlarm{true, 80.0F, 2.5F}));
     EXPECT_EQ(held.channels[2].mode, 20);
     EXPECT_EQ(held.channels[18].sample_rate, 3);

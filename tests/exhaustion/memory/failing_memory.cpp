@@ -117,8 +117,8 @@ struct Station {
     MemoryFiles files;
     VirtualEventLoop loop;
     LastBox dialogs;
-    MainScreen screen;
-    MessageLine message_line{screen, dialogs};
+    Message line;
+    MessageLine message_line{line, dialogs};
     ErrorLog error_log{files, loop, "/station"};
     ErrorReporter failures{error_log, dialogs};
     ConfigFiles config_files{

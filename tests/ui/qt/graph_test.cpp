@@ -34,15 +34,6 @@ QWidget* open_window(const char* name) {
     return nullptr;
 }
 
-class NoMainWindow : public MainWindow {
-  public:
-    void ConfigItems(std::int16_t) override {}
-    void CheckItems() override {}
-    void IconReverse(int) override {}
-    void ClearScreen() override {}
-    void StatusRefresh() override {}
-};
-
 // Hands over to the windows, which are made after the graph.
 class LateWindow : public GraphWindow {
   public:
@@ -56,10 +47,10 @@ class QtGraphTest : public testing::Test {
   protected:
     QtGraphTest() {
         late.window = &windows;
-        run_time->Link.ZavSelected[2] = 1;
+        run_time->Link.ZavSelected.add(Pod::numbered(3));
         run_time->Status[2].Channels = 20;
-        std::fill_n(run_time->Graph.TrendSelected[2].begin(), 16, std::int16_t{1});
-        run_time->Graph.Settings.GridLines = 0;
+        std::fill_n(run_time->Graph.TrendSelected[2].begin(), 16, true);
+        run_time->Graph.Settings.GridLines = false;
         run_time->Graph.Settings.YMaximum = 16;
         run_time->Graph.Settings.YMinimum = -1;
     }
@@ -135,11 +126,10 @@ class QtGraphTest : public testing::Test {
     ScriptedDialogs dialogs;
     MemoryFiles files;
     RecordingFailures failures;
-    NoMainWindow main_window;
     LateWindow late;
     std::unique_ptr<RunTime> run_time = std::make_unique<RunTime>();
     std::unique_ptr<Configuration> configuration = std::make_unique<Configuration>();
-    StationGraph graph{{*run_time, *configuration, time, dialogs, failures, main_window, late}};
+    StationGraph graph{{*run_time, *configuration, time, dialogs, failures, late}};
     WindowMemory memory{directory.filePath("windows.ini")};
     QtGraph windows{{graph, mirrors, dialogs, files, memory}};
 };

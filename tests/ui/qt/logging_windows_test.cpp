@@ -44,16 +44,15 @@ class LoggingWindowsTest : public testing::Test {
     RecordingFailures failures;
     std::unique_ptr<RunTime> run_time = std::make_unique<RunTime>();
     std::unique_ptr<Configuration> configuration = std::make_unique<Configuration>();
-    Stream0View view{*run_time, *configuration};
-    QtWindows windows{mirrors, view, QString::fromStdString(directory / "windows.ini")};
+    QtWindows windows{mirrors, QString::fromStdString(directory / "windows.ini")};
 };
 
 class LogSetupWindow : public LoggingWindowsTest {
   protected:
     LogSetupWindow() {
         configuration->Interface.PollRate = 1500;
-        run_time->Link.ZavSelected[4] = 1;
-        run_time->Status[6].LogScan = 1;
+        run_time->Link.ZavSelected.add(Pod::numbered(5));
+        run_time->Status[6].LogScan = true;
     }
     // Opens the window and runs `work` in it, refreshing between its parts by itself.
     void use(std::int16_t kind, const std::function<void()>& work) {

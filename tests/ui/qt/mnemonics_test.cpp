@@ -14,6 +14,7 @@
 #include "graphs/graph_setup.h"
 #include "logging/csv_dialog.h"
 #include "logging/log_setup.h"
+#include "support/ui_rig.h"
 #include "ui/interface_settings.h"
 #include "ui/qt/graph_spin_field.h"
 #include "ui/qt/main_window.h"
@@ -150,9 +151,8 @@ TEST(Mnemonics, OfTheMainWindowClashAsSpecifiedAndNowhereElse) {
     QtEventLoop loop;
     Mirrors mirrors(loop);
     QTemporaryDir directory;
-    MainScreen screen;
-    fill_menu_captions(screen);
-    const QtMainWindow window(screen, {}, mirrors, directory.filePath("windows.ini"));
+    UiRig rig;
+    const QtMainWindow window(rig.main_window, {}, mirrors, directory.filePath("windows.ini"));
     // The captions are given; the button is served first.
     EXPECT_EQ(clashes_of(window), Names{"Alt+H: cmdHalt mnuHelp"});
     for (const auto* menu : window.findChildren<QMenu*>()) {

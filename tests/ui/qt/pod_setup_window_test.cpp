@@ -79,7 +79,6 @@ class PodSetupWindowTest : public testing::Test {
     QtPodSetupWindows windows{mirrors, rig.dialogs, memory};
     PodSetup dialog{{rig.configuration,
                      rig.run_time,
-                     rig.screen,
                      rig.driver,
                      rig.dialogs,
                      rig.message_line,

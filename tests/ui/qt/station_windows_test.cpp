@@ -21,6 +21,7 @@
 #include "ui/qt/open_window.h"
 #include "ui/qt/qt_windows.h"
 #include "ui/status_view.h"
+#include "ui/stream0_view.h"
 #include "ui/stream1_view.h"
 #include "ui/stream2_view.h"
 #include "ui/stream3_view.h"
@@ -74,7 +75,7 @@ class StationWindows : public testing::Test, public UiRig {
     }
 
     void open_streams() {
-        shown.show_stream0();
+        shown.show_stream0(stream0);
         shown.show_stream1(stream1);
         shown.show_stream2(stream2);
         shown.show_stream3(stream3);
@@ -86,18 +87,20 @@ class StationWindows : public testing::Test, public UiRig {
     QTemporaryDir directory;
     QtEventLoop qt;
     Mirrors mirrors{qt};
-    Stream0View stream0{run_time, configuration, choose_in_window(windows, dialogs, failures)};
-    Stream1View stream1{surroundings, operations, choose_in_window(windows, dialogs, failures)};
+    Stream0View stream0{run_time, configuration, choose_channels()};
+    Stream1View stream1{
+        {commands, loop, message_line, failures, configuration, run_time, choose_channels()}};
     Stream2View stream2{run_time, loop};
     Stream3View stream3{run_time};
-    QtWindows shown{mirrors, stream0, directory.filePath("windows.ini")};
+    QtWindows shown{mirrors, directory.filePath("windows.ini")};
     CommandHistory history;
     NoMemory memory;
     QWidget* form = nullptr;
 };
 
 TEST_F(StationWindows, InterfaceSettingsAreMadeWithTheKeyboard) {
-    InterfaceSettingsDialog dialog(surroundings, configuration, discovery, operations, {});
+    InterfaceSettingsDialog dialog(
+        {discovery, dialogs, message_line, failures, configuration, run_time, {}});
     dialog.Form_Load();
     use("frmConfigAdap", &QtWindows::show_interface_settings, dialog, [&] {
         EXPECT_EQ(find<QComboBox>("cboBaseAddr").currentText(), "C800");
@@ -113,7 +116,8 @@ TEST_F(StationWindows, InterfaceSettingsAreMadeWithTheKeyboard) {
 }
 
 TEST_F(StationWindows, InterfaceSettingsStayOpenWhenNoCardAnswers) {
-    InterfaceSettingsDialog dialog(surroundings, configuration, discovery, operations, {});
+    InterfaceSettingsDialog dialog(
+        {discovery, dialogs, message_line, failures, configuration, run_time, {}});
     dialog.Form_Load();
     use("frmConfigAdap", &QtWindows::show_interface_settings, dialog, [&] {
         find<QComboBox>("cboBaseAddr").setCurrentText("CA00");
@@ -128,7 +132,7 @@ TEST_F(StationWindows, InterfaceSettingsStayOpenWhenNoCardAnswers) {
 }
 
 TEST_F(StationWindows, TypedCommandIsUpperCaseAndGoesOutWithEnter) {
-    TxCommandDialog dialog(surroundings, link, operations, history, [](std::string_view) {});
+    TxCommandDialog dialog({commands, link, history, dialogs, failures, [](std::string_view) {}});
     use("frmTxCmd", &QtWindows::show_tx_command, dialog, [&] {
         auto& field = find<QLineEdit>("txtTxCmd");
         EXPECT_EQ(form->focusWidget(), &field);
@@ -177,7 +181,7 @@ TEST_F(StationWindows, ChannelsAreChosenByMouseAndKeyboard) {
 }
 
 TEST_F(StationWindows, StatusLinesStandUnderTheirHeader) {
-    StatusView view(surroundings, discovery, operations, memory);
+    StatusView view({discovery, message_line, failures, memory, configuration, run_time, {}});
     view.Form_Load();
     use("frmViewStat", &QtWindows::show_status, view, [&] {
         const auto& header = find<QLabel>("lblZAVHead");
@@ -198,7 +202,7 @@ TEST_F(StationWindows, StatusLinesStandUnderTheirHeader) {
 
 TEST_F(StationWindows, StatusWithoutASelectionShrinks) {
     click({3, 8});
-    StatusView view(surroundings, discovery, operations, memory);
+    StatusView view({discovery, message_line, failures, memory, configuration, run_time, {}});
     view.Form_Load();
     use("frmViewStat", &QtWindows::show_status, view, [&] {
         EXPECT_LT(form->height(), 120);
@@ -211,7 +215,8 @@ TEST_F(StationWindows, EscapeAndTheCloseButtonLeaveNoTrace) {
     const InterfaceSettings before = configuration.Interface;
     const std::function<void()> ways[] = {[&] { press(Qt::Key_Escape); }, [&] { form->close(); }};
     for (const auto& leave : ways) {
-        InterfaceSettingsDialog settings(surroundings, configuration, discovery, operations, {});
+        InterfaceSettingsDialog settings(
+            {discovery, dialogs, message_line, failures, configuration, run_time, {}});
         settings.Form_Load();
         use("frmConfigAdap", &QtWindows::show_interface_settings, settings, [&] {
             find<QCheckBox>("chkPower").click();
@@ -219,7 +224,7 @@ TEST_F(StationWindows, EscapeAndTheCloseButtonLeaveNoTrace) {
             find<QComboBox>("cboBaseAddr").setCurrentIndex(1);
             leave();
         });
-        TxCommandDialog command(surroundings, link, operations, history, {});
+        TxCommandDialog command({commands, link, history, dialogs, failures, {}});
         use("frmTxCmd", &QtWindows::show_tx_command, command, [&] {
             QTest::keyClicks(&find<QLineEdit>("txtTxCmd"), "tr");
             leave();
@@ -243,7 +248,7 @@ TEST_F(StationWindows, StreamViewsAreClosedByEscapeAndByTheirButton) {
                                                          {"frmStrm3", "cmdOK"}};
     for (const bool by_key : {true, false}) {
         open_streams();
-        EXPECT_EQ(run_time.Poll.ViewOpen, (std::array<std::int16_t, 4>{1, 1, 1, 1}));
+        EXPECT_EQ(run_time.Poll.ViewOpen, (StreamFlags{1, 1, 1, 1}));
         for (const auto& [name, button] : views) {
             enter(name);
             if (by_key)
@@ -252,12 +257,12 @@ TEST_F(StationWindows, StreamViewsAreClosedByEscapeAndByTheirButton) {
                 QTest::mouseClick(&find<QPushButton>(button), Qt::LeftButton);
             EXPECT_EQ(open_window(name), nullptr);
         }
-        EXPECT_EQ(run_time.Poll.ViewOpen, (std::array<std::int16_t, 4>{}));
+        EXPECT_EQ(run_time.Poll.ViewOpen, (StreamFlags{}));
     }
 }
 
 TEST_F(StationWindows, Stream0TogglesAndResetsByAccelerators) {
-    shown.show_stream0();
+    shown.show_stream0(stream0);
     enter("frmStrm0");
     status(3).PeakMax[0] = status(3).PeakMin[0] = 1;
     press(Qt::Key_A, Qt::AltModifier);
@@ -312,7 +317,7 @@ TEST_F(StationWindows, Stream2FollowsItsEndUnlessOlderEventsAreLookedAt) {
     EXPECT_EQ(bar.value(), 5);
     QTest::keyClick(&find<QComboBox>("cboView"), Qt::Key_Down);
     mirrors.refresh();
-    EXPECT_EQ(run_time.Poll.ViewedZav, 7);
+    EXPECT_EQ(run_time.Poll.ViewedZav, Pod::at_index(7));
     EXPECT_EQ(find<QLabel>("lblZAVNo").text(), "ZAV: 08");
     EXPECT_EQ(table.model()->rowCount(), 0);
 }
@@ -329,7 +334,7 @@ TEST_F(StationWindows, ColumnsAreDraggedAndKeepTheirWidths) {
     const int dragged = header.sectionSize(1);
     EXPECT_GT(dragged, before);
     form->close();
-    QtWindows of_next_start(mirrors, stream0, directory.filePath("windows.ini"));
+    QtWindows of_next_start(mirrors, directory.filePath("windows.ini"));
     of_next_start.show_stream3(stream3);
     enter("frmStrm3");
     EXPECT_EQ(find<QTableView>("grdStrm3").columnWidth(1), dragged);

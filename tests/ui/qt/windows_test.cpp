@@ -11,6 +11,7 @@
 
 #include "ui/qt/open_window.h"
 #include "ui/qt/qt_windows.h"
+#include "ui/stream0_view.h"
 
 namespace kavorix::test {
 namespace {
@@ -18,13 +19,13 @@ namespace {
 class QtWindowsTest : public testing::Test {
   protected:
     QtWindowsTest() {
-        add_pod(2, "7VJA 0F 1.00");
-        add_pod(6, "8RJA 0F 1.00");
-        run_time->Poll.ViewedZav = 2;
+        add_pod(Pod::numbered(3), "7VJA 0F 1.00");
+        add_pod(Pod::numbered(7), "8RJA 0F 1.00");
+        run_time->Poll.ViewedZav = Pod::numbered(3);
     }
 
-    void add_pod(std::size_t pod, std::string_view ident) {
-        run_time->Link.ZavSelected[pod] = 1;
+    void add_pod(Pod pod, std::string_view ident) {
+        run_time->Link.ZavSelected.add(pod);
         PodStatus& status = run_time->Status[pod];
         std::copy(ident.begin(), ident.end(), status.Ident.begin());
         status.Channels = status.ChannelCount = 20;
@@ -45,11 +46,11 @@ class QtWindowsTest : public testing::Test {
     std::unique_ptr<RunTime> run_time = std::make_unique<RunTime>();
     std::unique_ptr<Configuration> configuration = std::make_unique<Configuration>();
     Stream0View view{*run_time, *configuration};
-    QtWindows windows{mirrors, view, directory.filePath("windows.ini")};
+    QtWindows windows{mirrors, directory.filePath("windows.ini")};
 };
 
 TEST_F(QtWindowsTest, Stream0ShowsTheViewedPod) {
-    windows.show_stream0();
+    windows.show_stream0(view);
     ASSERT_NE(open_window("frmStrm0"), nullptr);
     EXPECT_EQ(open_window("frmStrm0")->windowTitle(), "Stream 0");
     EXPECT_EQ(run_time->Poll.ViewOpen[ReadingStream], 1);
@@ -59,7 +60,7 @@ TEST_F(QtWindowsTest, Stream0ShowsTheViewedPod) {
 }
 
 TEST_F(QtWindowsTest, Stream0FollowsTheReadings) {
-    windows.show_stream0();
+    windows.show_stream0(view);
     run_time->Status[2].Reading[4] = 1.5F;
     run_time->Poll.PollCount = 9;
     view.refresh();
@@ -69,9 +70,9 @@ TEST_F(QtWindowsTest, Stream0FollowsTheReadings) {
 }
 
 TEST_F(QtWindowsTest, Stream0ControlsReachTheRules) {
-    windows.show_stream0();
+    windows.show_stream0(view);
     QTest::keyClick(&find<QComboBox>("cboView"), Qt::Key_Down);
-    EXPECT_EQ(run_time->Poll.ViewedZav, 6);
+    EXPECT_EQ(run_time->Poll.ViewedZav, Pod::at_index(6));
     find<QPushButton>("cmdMax").click();
     EXPECT_EQ(run_time->Status[6].PeakMax[0], NoPeakMax);
     find<QPushButton>("cmdMin").click();
@@ -89,7 +90,7 @@ TEST_F(QtWindowsTest, Stream0IsUnloadedHoweverItIsClosed) {
         [](QWidget& window) { window.close(); },
         [](QWidget& window) { QTest::keyClick(&window, Qt::Key_Escape); }};
     for (const auto& close : ways) {
-        windows.show_stream0();
+        windows.show_stream0(view);
         EXPECT_EQ(run_time->Poll.ViewOpen[ReadingStream], 1);
         close(*open_window("frmStrm0"));
         EXPECT_EQ(open_window("frmStrm0"), nullptr);
@@ -98,9 +99,9 @@ TEST_F(QtWindowsTest, Stream0IsUnloadedHoweverItIsClosed) {
 }
 
 TEST_F(QtWindowsTest, Stream0TakesTheSelectionOfTheMomentItIsAskedFor) {
-    windows.show_stream0();
-    run_time->Link.ZavSelected[6] = 0;
-    windows.show_stream0();
+    windows.show_stream0(view);
+    run_time->Link.ZavSelected.remove(Pod::numbered(7));
+    windows.show_stream0(view);
     EXPECT_EQ(find<QComboBox>("cboView").count(), 1);
 }
 

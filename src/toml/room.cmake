@@ -1,0 +1,1 @@
+target_link_libraries(kavorix_toml PRIVATE tomlplusplus::tomlplusplus)
