@@ -33,7 +33,7 @@ class FileSyncer {
     // Something was written, and `mark`, a few bytes, is to follow at `offset` when that is on the
     // disk (none: empty). It all is an interval and the time of four syncs later. Never waits for a
     // sync. Throws what a sync failed with.
-    void written(std::uint64_t offset, std::string_view mark);
+    void written(std::uint64_t offset = 0, std::string_view mark = {});
 
     // Brings everything onto the disk and returns when it is there. Throws what this or an earlier
     // sync failed with. Nothing may be written afterwards.
