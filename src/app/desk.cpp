@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "logging/csv_dialog.h"
 #include "logging/log_setup.h"
+#include "logging/log_tail.h"
 #include "ui/event_counters.h"
 #include "ui/interface_settings.h"
 
@@ -87,9 +88,8 @@ void Desk::open(const std::string& path) {
 }
 
 void Desk::register_log_commands() {
-    LogFile& logs = station_.log_file;
-    const auto start = [&logs](std::int16_t kind) { logs.Start_Log_File(kind); };
-    const auto stop = [&logs](std::int16_t kind) { logs.Stop_Log_File(kind); };
+    const auto start = [this](std::int16_t kind) { start_log(kind); };
+    const auto stop = [this](std::int16_t kind) { station_.log_file.Stop_Log_File(kind); };
     main_window.on(Command::SetupScanLog, [this] { set_up_log(ScanLog); });
     main_window.on(Command::SetupEventLog, [this] { set_up_log(EventLog); });
     main_window.on(Command::ConvertLogFile, [this] { convert_log(); });
@@ -104,10 +104,20 @@ void Desk::register_log_commands() {
 void Desk::set_up_log(std::int16_t kind) {
     RunTime& run_time = station_.run_time;
     LogSetup rules({run_time.Log, run_time.Status, run_time.Link, station_.configuration.Interface,
-                    station_.with.dialogs, station_.failures},
+                    station_.with.files, station_.with.dialogs, station_.failures},
                    kind);
     rules.Form_Load();
     with_.windows.show_log_setup(rules);
+}
+
+// What can be known beforehand does not end the program.
+void Desk::start_log(std::int16_t kind) {
+    const LogState& log = station_.run_time.Log;
+    const std::string& path = kind == ScanLog ? log.ScanFileName : log.EventFileName;
+    if (const auto obstacle = log_obstacle(station_.with.files, path))
+        station_.with.dialogs.Msg_Box(*obstacle, box::Exclamation, ProgramName);
+    else
+        station_.log_file.Start_Log_File(kind);
 }
 
 void Desk::convert_log(const std::string& path) {

@@ -62,6 +62,7 @@ class Desk {
     void listen();
     void refresh_views();
     void set_up_log(std::int16_t kind);
+    void start_log(std::int16_t kind);
     void convert_log(const std::string& path = {});
     void configuration_opened();
     void set_up_interface();

@@ -5,6 +5,7 @@
 #include "app/command_line.h"
 #include "app/measurement.h"
 #include "base/text.h"
+#include "logging/log_tail.h"
 #include "platform/host_event_loop.h"
 #include "platform/virtual_event_loop.h"
 
@@ -43,8 +44,13 @@ class UnattendedRun {
         const int duration = duration_ms(options_.duration);
         if (options_.scans.empty() && options_.events.empty())
             throw UnusableInput{"Neither --scans nor --events names a file to log to"};
-        if (options_.scans == options_.events)
+        if (!options_.scans.empty() && !options_.events.empty() &&
+            terminal_.files().same_file(options_.scans, options_.events))
             throw UnusableInput{"Scans and events cannot go to the same file"};
+        for (const std::string& path : {options_.scans, options_.events})
+            if (!path.empty())
+                if (const auto obstacle = log_obstacle(terminal_.files(), path))
+                    throw UnusableInput{to_utf8(*obstacle)};
         if (!terminal_.start()) return ExitFailed;
         pods_ = start_measurement(terminal_, options_.measurement);
         set_up_logs();

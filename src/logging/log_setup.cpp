@@ -4,6 +4,7 @@
 
 #include "base/program_name.h"
 #include "base/text.h"
+#include "logging/log_tail.h"
 #include "platform/files.h"
 
 namespace kavorix {
@@ -75,18 +76,23 @@ void LogSetup::choose_file() {
 
 // The operator is told what is wrong with a file that is not.
 bool LogSetup::usable(const std::string& path) {
-    std::string_view objection;
+    const auto same_as = [&](const std::string& other) {
+        return !other.empty() && with_.files.same_file(path, other);
+    };
+    std::string objection;
     if (!is_log_name(path)) {
         objection =
             "Selected file is not a Log file. Please select a file with an extension of .DAT";
-    } else if (scans_ && path == with_.log.EventFileName) {
+    } else if (scans_ && same_as(with_.log.EventFileName)) {
         objection =
             "Selected file has also been specified for the Events file. Please select a different "
             "file.";
-    } else if (!scans_ && path == with_.log.ScanFileName) {
+    } else if (!scans_ && same_as(with_.log.ScanFileName)) {
         objection =
             "Selected file has also been specified for the Scans file. Please select a different "
             "file.";
+    } else {
+        objection = log_obstacle(with_.files, path).value_or("");
     }
     if (!objection.empty())
         with_.dialogs.message_box(objection, box::Ok | box::Exclamation, ProgramName);

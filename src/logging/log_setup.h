@@ -11,6 +11,7 @@
 #include "model/runtime.h"
 #include "platform/controls.h"
 #include "platform/dialogs.h"
+#include "platform/files.h"
 
 namespace kavorix {
 
@@ -52,6 +53,7 @@ class LogSetup {
         PodStatuses& status;
         const LinkState& link;
         const InterfaceSettings& interface;
+        Files& files;
         Dialogs& dialogs;
         FailureReporter& failures;
     };

@@ -1,5 +1,5 @@
 // Any bytes as a log file: it converts or says why not, the text does not depend on the buffers,
-// the information about it can be told, and a new run can be appended.
+// the information about it can be told, and a new run can be appended or is refused.
 
 #include <algorithm>
 #include <cstdint>
@@ -76,9 +76,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     csv_preview(log, plan);
     log_info_text(read_log_info(log));
 
-    const std::uint64_t end = repair_log_end(log);
-    Watcher::check(end >= log.bytes.size() || log.bytes.size() <= size + BlockSize);
-    log.write_at(end, encode({ScanLog, "", 20260105, {{1, "7R", {{}}}}}));
-    read_log_contents(log);
+    try {
+        const std::uint64_t end = repair_log_end(log, "a.DAT");
+        Watcher::check(end >= log.bytes.size() || log.bytes.size() <= size + BlockSize);
+        log.write_at(end, encode({ScanLog, "", 20260105, {{1, "7R", {{}}}}}));
+        read_log_contents(log);
+    } catch (const LogRefused&) {
+        // Damaged, or no log: it stays as it was.
+        Watcher::check(log.bytes.size() == size);
+    }
     return 0;
 }

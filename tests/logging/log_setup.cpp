@@ -5,6 +5,7 @@
 
 #include <memory>
 
+#include "support/memory_files.h"
 #include "support/recording_failures.h"
 #include "support/scripted_dialogs.h"
 
@@ -24,13 +25,15 @@ class LogSetupTest : public testing::Test {
   protected:
     LogSetup open(std::int16_t kind) {
         LogSetup dialog(
-            {run_time->Log, run_time->Status, run_time->Link, interface, dialogs, failures}, kind);
+            {run_time->Log, run_time->Status, run_time->Link, interface, files, dialogs, failures},
+            kind);
         dialog.Form_Load();
         return dialog;
     }
 
     std::unique_ptr<RunTime> run_time = std::make_unique<RunTime>();
     InterfaceSettings interface;
+    MemoryFiles files;
     ScriptedDialogs dialogs;
     RecordingFailures failures;
 };
@@ -113,7 +116,10 @@ TEST_F(LogSetupTest, AFileThatCannotBeALogIsRefused) {
         {EventLog, "/logs/scan.DAT",
          "Selected file has also been specified for the Scans file. Please select a different "
          "file."},
+        {ScanLog, "/logs/letter.DAT",
+         "The file /logs/letter.DAT is no log: nothing can be added to it. Choose another file."},
     };
+    files.put("/logs/letter.DAT", "Dear Sir, this is no log at all, whatever its name may say.");
     for (const auto& row : rows) {
         LogSetup dialog = open(row.kind);
         const std::string before = dialog.screen.lblFileName.caption;

@@ -44,6 +44,7 @@ Answer Desktop::message_box(std::string_view text, int flags, std::string_view) 
 }
 
 Answer Desktop::Msg_Box(std::string_view text, int flags, std::string_view title) {
+    ++hands_.boxes;
     if ((flags & box::ButtonMask) == box::Ok) return Answer::Ok;
     return message_box(text, flags, title);
 }

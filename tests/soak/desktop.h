@@ -26,6 +26,7 @@ struct Hands {
     std::string pointer_stuck;    // why the pointer should be busy; empty: it should not
     Pointer pointer = Pointer::Default;
     std::string wait_message;
+    int boxes = 0;          // shown so far
     std::string open_next;  // the file that is chosen next; empty: any
 
     Station& station() { return *rules.world.station; }

@@ -298,7 +298,13 @@ void Operator::start_log() {
     known.last_record_ms = hands_.rules.world.loop->elapsed_ms();
     if (command != Command::StartEventLog) known.logging[ScanLog] = true;
     if (command != Command::StartScanLog) known.logging[EventLog] = true;
+    const int boxes = hands_.boxes;
     run(command);
+    // A file that nothing can be added to is refused with a box.
+    if (hands_.boxes > boxes) {
+        known.logging[ScanLog] = log.ScanLogging;
+        known.logging[EventLog] = log.EventLogging;
+    }
     known.interval_ms = log.ScanIntervalChoice;
     hands_.tell(std::string(known.logging[ScanLog] ? log.ScanFileName + " " : "") +
                 (known.logging[EventLog] ? log.EventFileName : ""));

@@ -57,7 +57,7 @@ class LogSetupWindow : public LoggingWindowsTest {
     // Opens the window and runs `work` in it, refreshing between its parts by itself.
     void use(std::int16_t kind, const std::function<void()>& work) {
         LogSetup rules({run_time->Log, run_time->Status, run_time->Link, configuration->Interface,
-                        dialogs, failures},
+                        *files, dialogs, failures},
                        kind);
         rules.Form_Load();
         loop.call_later(0, work);
@@ -72,12 +72,12 @@ class LogSetupWindow : public LoggingWindowsTest {
 };
 
 TEST_F(LogSetupWindow, SetsUpTheScanLogOfTheSelectedPods) {
-    dialogs.choose("/logs/kiln.DAT");
+    dialogs.choose(directory / "kiln.DAT");
     use(ScanLog, [&] {
         EXPECT_EQ(open_window("frmLogFile")->windowTitle(), "Scan Log File");
         EXPECT_EQ(file_label(), "Data File : ");
         press("cmdFile");
-        EXPECT_EQ(file_label(), "Data File : /logs/kiln.DAT");
+        EXPECT_EQ(file_label(), QString::fromStdString("Data File : " + directory / "kiln.DAT"));
         QTest::keyClicks(&find<QLineEdit>("frmLogFile", "txtFileComment"), "Kiln 4");
         auto& interval = find<QComboBox>("frmLogFile", "cboInterval");
         EXPECT_EQ(interval.currentText(), "Poll Rate");
@@ -86,7 +86,7 @@ TEST_F(LogSetupWindow, SetsUpTheScanLogOfTheSelectedPods) {
         press("cmdOK");
     });
     const LogState& log = run_time->Log;
-    EXPECT_EQ(log.ScanFileName, "/logs/kiln.DAT");
+    EXPECT_EQ(log.ScanFileName, directory / "kiln.DAT");
     EXPECT_EQ(log.ScanComment, "Kiln 4");
     EXPECT_EQ(log.ScanIntervalChoice, 15000);
     EXPECT_EQ(run_time->Status[4].LogScan, 1);
