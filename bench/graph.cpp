@@ -15,7 +15,7 @@
 
 #include "graphs/live_graph.h"
 #include "platform/virtual_event_loop.h"
-#include "ui/qt/graph_canvas.h"
+#include "ui/qt/graph/graph_canvas.h"
 
 namespace {
 

@@ -18,11 +18,11 @@
 #include <random>
 #include <vector>
 
-#include "ui/qt/grid_model.h"
-#include "ui/qt/grid_view.h"
-#include "ui/qt/qt_text.h"
-#include "ui/qt/theme.h"
-#include "ui/stream0_view.h"
+#include "ui/qt/kit/grid_model.h"
+#include "ui/qt/kit/grid_view.h"
+#include "ui/qt/kit/qt_text.h"
+#include "ui/qt/kit/theme.h"
+#include "ui/streams/stream0_view.h"
 
 namespace {
 

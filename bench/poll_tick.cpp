@@ -17,7 +17,7 @@
 
 #include "support/counted_memory.h"
 #include "support/rig.h"
-#include "ui/stream0_view.h"
+#include "ui/streams/stream0_view.h"
 
 namespace {
 

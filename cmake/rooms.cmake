@@ -1,10 +1,12 @@
-# kavorix_room(FOLDER [ROOM...]): the static library of src/FOLDER and the rooms that it builds on. src/FOLDER/*.cpp are
-# its sources; a folder without sources yet is an interface library.
+# kavorix_room(FOLDER [ROOM...]): the static library of src/FOLDER and the rooms that it builds on. Its sources are
+# src/FOLDER/*.cpp and those of the folders in it, but for qt, a room of its own, and library, one
+# of its own; a folder without
+# sources yet is an interface library.
 function(kavorix_room folder)
     string(REPLACE "/" "_" name "${folder}")
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/src/${folder}/*.cpp
-         ${CMAKE_SOURCE_DIR}/src/${folder}/*.c)
-    list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
+         ${CMAKE_SOURCE_DIR}/src/${folder}/*.c ${CMAKE_SOURCE_DIR}/src/${folder}/*/*.cpp)
+    list(FILTER sources EXCLUDE REGEX "/(main\\.cpp$|${folder}/(qt|library)/)")
     if(sources)
         add_library(kavorix_${name} STATIC ${sources})
         set(scope PUBLIC)

@@ -5,8 +5,8 @@
 #include "logging/csv_dialog.h"
 #include "logging/log_setup.h"
 #include "logging/log_tail.h"
-#include "ui/event_counters.h"
-#include "ui/interface_settings.h"
+#include "ui/card/interface_settings.h"
+#include "ui/main/event_counters.h"
 
 namespace kavorix {
 

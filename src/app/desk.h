@@ -11,14 +11,14 @@
 #include "graphs/station_graph.h"
 #include "link/program_exit.h"
 #include "platform/system_info.h"
-#include "ui/main_window.h"
-#include "ui/pod_setup.h"
-#include "ui/status_view.h"
-#include "ui/stream0_view.h"
-#include "ui/stream1_view.h"
-#include "ui/stream2_view.h"
-#include "ui/stream3_view.h"
-#include "ui/tx_command.h"
+#include "ui/card/status_view.h"
+#include "ui/card/tx_command.h"
+#include "ui/main/main_window.h"
+#include "ui/pods/pod_setup.h"
+#include "ui/streams/stream0_view.h"
+#include "ui/streams/stream1_view.h"
+#include "ui/streams/stream2_view.h"
+#include "ui/streams/stream3_view.h"
 
 namespace kavorix {
 

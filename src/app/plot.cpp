@@ -12,8 +12,8 @@
 #include "graphs/graph_controls.h"
 #include "graphs/live_graph.h"
 #include "logging/channel_list.h"
-#include "ui/qt/graph_canvas.h"
-#include "ui/qt/graph_files.h"
+#include "ui/qt/graph/graph_canvas.h"
+#include "ui/qt/graph/graph_files.h"
 
 namespace kavorix {
 

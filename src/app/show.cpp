@@ -8,7 +8,7 @@
 #include "app/config_loading.h"
 #include "app/network.h"
 #include "app/text_table.h"
-#include "ui/channel_view.h"
+#include "ui/pods/channel_view.h"
 
 namespace kavorix {
 

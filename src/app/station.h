@@ -9,7 +9,7 @@
 #include "config/transmission.h"
 #include "link/discovery.h"
 #include "logging/log_file.h"
-#include "ui/pod_commands.h"
+#include "ui/main/pod_commands.h"
 
 namespace kavorix {
 

@@ -4,7 +4,7 @@
 #include "app/command_line.h"
 #include "app/terminal.h"
 #include "base/text.h"
-#include "ui/status_view.h"
+#include "ui/card/status_view.h"
 
 namespace kavorix {
 

@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "app/window_station.h"
-#include "ui/qt/icons.h"
-#include "ui/qt/theme.h"
+#include "ui/qt/kit/icons.h"
+#include "ui/qt/kit/theme.h"
 
 namespace kavorix {
 

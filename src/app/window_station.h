@@ -8,12 +8,12 @@
 
 #include "app/desk.h"
 #include "app/network.h"
-#include "ui/qt/main_window.h"
-#include "ui/qt/pod_setup_windows.h"
-#include "ui/qt/qt_dialogs.h"
-#include "ui/qt/qt_event_loop.h"
-#include "ui/qt/qt_windows.h"
-#include "ui/qt/window_memory.h"
+#include "ui/qt/kit/qt_dialogs.h"
+#include "ui/qt/kit/qt_event_loop.h"
+#include "ui/qt/kit/window_memory.h"
+#include "ui/qt/main/main_window.h"
+#include "ui/qt/main/qt_windows.h"
+#include "ui/qt/pods/pod_setup_windows.h"
 
 namespace kavorix {
 

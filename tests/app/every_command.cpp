@@ -11,7 +11,7 @@
 #include "support/memory_files.h"
 #include "support/scripted_dialogs.h"
 #include "support/scripted_driver.h"
-#include "ui/interface_settings.h"
+#include "ui/card/interface_settings.h"
 
 namespace kavorix::test {
 namespace {

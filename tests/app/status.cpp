@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "app/terminal_run.h"
-#include "ui/status_view.h"
+#include "ui/card/status_view.h"
 
 namespace kavorix::test {
 namespace {

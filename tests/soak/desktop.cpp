@@ -4,13 +4,13 @@
 
 #include "logging/csv_dialog.h"
 #include "logging/log_setup.h"
-#include "ui/alarm_groups.h"
-#include "ui/alarm_limits.h"
-#include "ui/copy_channel.h"
-#include "ui/interface_settings.h"
-#include "ui/post_linearisation.h"
-#include "ui/unit_conversion.h"
-#include "ui/user_thermocouple.h"
+#include "ui/card/interface_settings.h"
+#include "ui/pods/alarm_groups.h"
+#include "ui/pods/alarm_limits.h"
+#include "ui/pods/copy_channel.h"
+#include "ui/pods/post_linearisation.h"
+#include "ui/pods/unit_conversion.h"
+#include "ui/pods/user_thermocouple.h"
 
 namespace kavorix::soak {
 

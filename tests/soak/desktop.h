@@ -9,7 +9,7 @@
 #include "soak/dice.h"
 #include "soak/witness.h"
 #include "support/faulty_files.h"
-#include "ui/pod_setup.h"
+#include "ui/pods/pod_setup.h"
 
 namespace kavorix::soak {
 

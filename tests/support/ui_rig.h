@@ -8,8 +8,8 @@
 
 #include "link/program_exit.h"
 #include "support/rig.h"
-#include "ui/main_window.h"
-#include "ui/select_channels.h"
+#include "ui/main/main_window.h"
+#include "ui/streams/select_channels.h"
 
 namespace kavorix::test {
 

@@ -1,4 +1,4 @@
-#include "ui/availability.h"
+#include "ui/main/availability.h"
 
 #include <gtest/gtest.h>
 

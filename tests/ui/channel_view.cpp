@@ -1,11 +1,11 @@
-#include "ui/channel_view.h"
+#include "ui/pods/channel_view.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "model/catalogue.h"
 #include "model/runtime.h"
-#include "ui/channel_overview.h"
+#include "ui/pods/channel_overview.h"
 
 namespace kavorix::test {
 namespace {

@@ -1,4 +1,4 @@
-#include "ui/commands.h"
+#include "ui/main/commands.h"
 
 #include <gtest/gtest.h>
 

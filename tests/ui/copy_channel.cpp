@@ -1,4 +1,4 @@
-#include "ui/copy_channel.h"
+#include "ui/pods/copy_channel.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "ui/interface_settings.h"
+#include "ui/card/interface_settings.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // Opening, pods, types, pod-level settings, accepting and closing.
 
-#include "ui/pod_setup.h"
+#include "ui/pods/pod_setup.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

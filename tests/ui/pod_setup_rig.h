@@ -9,14 +9,14 @@
 #include <vector>
 
 #include "support/rig.h"
-#include "ui/alarm_groups.h"
-#include "ui/alarm_limits.h"
-#include "ui/channel_view.h"
-#include "ui/copy_channel.h"
-#include "ui/pod_setup.h"
-#include "ui/post_linearisation.h"
-#include "ui/unit_conversion.h"
-#include "ui/user_thermocouple.h"
+#include "ui/pods/alarm_groups.h"
+#include "ui/pods/alarm_limits.h"
+#include "ui/pods/channel_view.h"
+#include "ui/pods/copy_channel.h"
+#include "ui/pods/pod_setup.h"
+#include "ui/pods/post_linearisation.h"
+#include "ui/pods/unit_conversion.h"
+#include "ui/pods/user_thermocouple.h"
 
 namespace kavorix::test {
 

@@ -14,7 +14,7 @@
 #include "base/text.h"
 #include "model/channel_rules.h"
 #include "pod_setup_rig.h"
-#include "ui/field_checks.h"
+#include "ui/pods/field_checks.h"
 
 namespace kavorix::test {
 namespace {

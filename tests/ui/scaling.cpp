@@ -9,7 +9,7 @@
 #include "base/numbers.h"
 #include "pod_setup_rig.h"
 #include "support/recording_failures.h"
-#include "ui/field_checks.h"
+#include "ui/pods/field_checks.h"
 
 namespace kavorix::test {
 namespace {

@@ -1,9 +1,9 @@
-#include "ui/select_channels.h"
+#include "ui/streams/select_channels.h"
 
 #include <gtest/gtest.h>
 
 #include "support/ui_rig.h"
-#include "ui/event_counters.h"
+#include "ui/main/event_counters.h"
 
 namespace kavorix::test {
 namespace {

@@ -1,4 +1,4 @@
-#include "ui/status_view.h"
+#include "ui/card/status_view.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "ui/stream0_view.h"
+#include "ui/streams/stream0_view.h"
 
 #include <gtest/gtest.h>
 

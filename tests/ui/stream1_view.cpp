@@ -1,4 +1,4 @@
-#include "ui/stream1_view.h"
+#include "ui/streams/stream1_view.h"
 
 #include <gtest/gtest.h>
 

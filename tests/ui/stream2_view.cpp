@@ -1,4 +1,4 @@
-#include "ui/stream2_view.h"
+#include "ui/streams/stream2_view.h"
 
 #include <gtest/gtest.h>
 

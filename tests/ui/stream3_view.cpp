@@ -1,4 +1,4 @@
-#include "ui/stream3_view.h"
+#include "ui/streams/stream3_view.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "ui/tx_command.h"
+#include "ui/card/tx_command.h"
 
 #include <gtest/gtest.h>
 

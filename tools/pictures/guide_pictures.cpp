@@ -11,7 +11,7 @@
 #include <stdexcept>
 
 #include "app/window_station.h"
-#include "ui/qt/theme.h"
+#include "ui/qt/kit/theme.h"
 
 namespace {
 

@@ -11,8 +11,8 @@
 #include "app/verify.h"
 #include "app/window_station.h"
 #include "config/statements.h"
+#include "ui/qt/main/pod_display.h"
 #include "ui/qt/operator.h"
-#include "ui/qt/pod_display.h"
 
 namespace kavorix::test {
 namespace {

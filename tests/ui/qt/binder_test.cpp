@@ -1,4 +1,4 @@
-#include "ui/qt/binder.h"
+#include "ui/qt/kit/binder.h"
 
 #include <gtest/gtest.h>
 

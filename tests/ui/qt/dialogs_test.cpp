@@ -9,8 +9,8 @@
 #include <QTemporaryDir>
 #include <stdexcept>
 
-#include "ui/qt/file_dialog.h"
-#include "ui/qt/qt_dialogs.h"
+#include "ui/qt/kit/file_dialog.h"
+#include "ui/qt/kit/qt_dialogs.h"
 
 namespace kavorix::test {
 namespace {

@@ -5,7 +5,7 @@
 #include <stdexcept>
 
 #include "base/trap.h"
-#include "ui/qt/qt_event_loop.h"
+#include "ui/qt/kit/qt_event_loop.h"
 
 namespace kavorix::test {
 namespace {

@@ -20,10 +20,10 @@
 #include "support/memory_files.h"
 #include "support/recording_failures.h"
 #include "support/scripted_dialogs.h"
-#include "ui/qt/graph_canvas.h"
-#include "ui/qt/graph_setup_dialog.h"
-#include "ui/qt/qt_graph.h"
-#include "ui/qt/theme.h"
+#include "ui/qt/graph/graph_canvas.h"
+#include "ui/qt/graph/graph_setup_dialog.h"
+#include "ui/qt/graph/qt_graph.h"
+#include "ui/qt/kit/theme.h"
 
 namespace kavorix::test {
 namespace {

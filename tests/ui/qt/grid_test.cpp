@@ -5,8 +5,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
-#include "ui/qt/grid_model.h"
-#include "ui/qt/grid_view.h"
+#include "ui/qt/kit/grid_model.h"
+#include "ui/qt/kit/grid_view.h"
 
 namespace kavorix::test {
 namespace {

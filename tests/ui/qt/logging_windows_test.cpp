@@ -1,4 +1,4 @@
-#include "ui/qt/logging_windows.h"
+#include "ui/qt/logs/logging_windows.h"
 
 #include <gtest/gtest.h>
 
@@ -21,9 +21,9 @@
 #include "support/sample_logs.h"
 #include "support/scripted_dialogs.h"
 #include "support/temporary_directory.h"
+#include "ui/qt/logs/path_label.h"
+#include "ui/qt/main/qt_windows.h"
 #include "ui/qt/open_window.h"
-#include "ui/qt/path_label.h"
-#include "ui/qt/qt_windows.h"
 
 namespace kavorix::test {
 namespace {

@@ -1,4 +1,4 @@
-#include "ui/qt/main_window.h"
+#include "ui/qt/main/main_window.h"
 
 #include <gtest/gtest.h>
 
@@ -15,10 +15,10 @@
 #include <QToolTip>
 
 #include "support/ui_rig.h"
-#include "ui/qt/interface_icon.h"
-#include "ui/qt/pod_display.h"
-#include "ui/qt/qt_text.h"
-#include "ui/qt/status_panel.h"
+#include "ui/qt/kit/qt_text.h"
+#include "ui/qt/kit/status_panel.h"
+#include "ui/qt/main/interface_icon.h"
+#include "ui/qt/main/pod_display.h"
 
 namespace kavorix::test {
 namespace {

@@ -2,7 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <QDir>
+#include <QDirIterator>
+#include <QFileInfo>
 #include <QGroupBox>
 #include <QLabel>
 #include <QMenuBar>
@@ -15,17 +16,17 @@
 #include "logging/csv_dialog.h"
 #include "logging/log_setup.h"
 #include "support/ui_rig.h"
-#include "ui/interface_settings.h"
-#include "ui/qt/graph_spin_field.h"
-#include "ui/qt/main_window.h"
-#include "ui/qt/modal_form.h"
-#include "ui/select_channels.h"
-#include "ui/status_view.h"
-#include "ui/stream0_view.h"
-#include "ui/stream1_view.h"
-#include "ui/stream2_view.h"
-#include "ui/stream3_view.h"
-#include "ui/tx_command.h"
+#include "ui/card/interface_settings.h"
+#include "ui/card/status_view.h"
+#include "ui/card/tx_command.h"
+#include "ui/qt/graph/graph_spin_field.h"
+#include "ui/qt/kit/modal_form.h"
+#include "ui/qt/main/main_window.h"
+#include "ui/streams/select_channels.h"
+#include "ui/streams/stream0_view.h"
+#include "ui/streams/stream1_view.h"
+#include "ui/streams/stream2_view.h"
+#include "ui/streams/stream3_view.h"
 #include "ui_frmAbout.h"
 #include "ui_frmCSVConv.h"
 #include "ui_frmCSVProg.h"
@@ -135,8 +136,9 @@ TEST(Mnemonics, EveryFormIsLookedAt) {
     for (const Form& form : Forms) known << form.name;
     known.sort();
     QStringList forms;
-    for (const QFileInfo& file : QDir(KAVORIX_SOURCE_DIR "/src/ui/qt").entryInfoList({"*.ui"}))
-        forms << file.baseName();
+    QDirIterator all(KAVORIX_SOURCE_DIR "/src/ui/qt", {"*.ui"}, QDir::Files,
+                     QDirIterator::Subdirectories);
+    while (all.hasNext()) forms << QFileInfo(all.next()).baseName();
     forms.sort();
     EXPECT_EQ(known, forms);
 }

@@ -1,4 +1,4 @@
-#include "ui/qt/modal_form.h"
+#include "ui/qt/kit/modal_form.h"
 
 #include <gtest/gtest.h>
 

@@ -15,8 +15,8 @@
 #include <functional>
 #include <string>
 
+#include "ui/qt/kit/qt_event_loop.h"
 #include "ui/qt/open_window.h"
-#include "ui/qt/qt_event_loop.h"
 
 namespace kavorix::test {
 

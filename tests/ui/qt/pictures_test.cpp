@@ -5,8 +5,8 @@
 #include <QPainter>
 #include <cmath>
 
-#include "ui/qt/pictures.h"
-#include "ui/qt/theme.h"
+#include "ui/qt/kit/theme.h"
+#include "ui/qt/main/pictures.h"
 
 namespace kavorix::test {
 namespace {

@@ -1,4 +1,4 @@
-#include "ui/qt/pod_geometry.h"
+#include "ui/qt/main/pod_geometry.h"
 
 #include <gtest/gtest.h>
 

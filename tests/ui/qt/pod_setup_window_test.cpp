@@ -11,9 +11,9 @@
 #include <map>
 
 #include "support/rig.h"
-#include "ui/pod_setup.h"
+#include "ui/pods/pod_setup.h"
 #include "ui/qt/operator.h"
-#include "ui/qt/pod_setup_windows.h"
+#include "ui/qt/pods/pod_setup_windows.h"
 
 namespace kavorix::test {
 namespace {

@@ -17,15 +17,15 @@
 #include <QTest>
 
 #include "support/ui_rig.h"
-#include "ui/interface_settings.h"
+#include "ui/card/interface_settings.h"
+#include "ui/card/status_view.h"
+#include "ui/card/tx_command.h"
+#include "ui/qt/main/qt_windows.h"
 #include "ui/qt/open_window.h"
-#include "ui/qt/qt_windows.h"
-#include "ui/status_view.h"
-#include "ui/stream0_view.h"
-#include "ui/stream1_view.h"
-#include "ui/stream2_view.h"
-#include "ui/stream3_view.h"
-#include "ui/tx_command.h"
+#include "ui/streams/stream0_view.h"
+#include "ui/streams/stream1_view.h"
+#include "ui/streams/stream2_view.h"
+#include "ui/streams/stream3_view.h"
 
 namespace kavorix::test {
 namespace {

@@ -9,9 +9,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include "ui/qt/main/qt_windows.h"
 #include "ui/qt/open_window.h"
-#include "ui/qt/qt_windows.h"
-#include "ui/stream0_view.h"
+#include "ui/streams/stream0_view.h"
 
 namespace kavorix::test {
 namespace {
