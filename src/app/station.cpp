@@ -25,9 +25,8 @@ Station::Station(const Surroundings& surroundings)
       poll_cycle({with.driver, with.loop, *tmrPoll_, link_errors, failures, decoder_, configuration,
                   run_time}) {
     for (PodConfig& pod : configuration.ZavConfig) default_ZAV_config(pod, NoDevice, 0);
-    log_file.on_notice([this](const std::string& text) {
-        message_line.DispMsg(" " + text, Severity::Error);
-    });
+    log_file.on_notice(
+        [this](const std::string& text) { message_line.DispMsg(" " + text, Severity::Error); });
     poll_cycle.boundary.always([this](const Moment& now) { log_file.log_scans(now); });
     poll_cycle.events.always([this](const Moment& now) {
         if (log_file.log_events(now)) poll_cycle.take_events();

@@ -140,7 +140,8 @@ class World {
         for (const std::string& path : files_.paths()) {
             const std::string& content = files_.content(path);
             const auto log = rules_.known.logs.find(path);
-            // Of a log what it holds: how far its records are marked is up to a thread of real time.
+            // Of a log what it holds: how far its records are marked is up to a thread of real
+            // time.
             if (log != rules_.known.logs.end())
                 add(log->second.digest + content.size());
             else
@@ -181,8 +182,8 @@ class World {
     PodClock clock_;
     std::unique_ptr<Cards> cards_;
     WitnessDriver witness_;
-    Hands hands_{rules_, witness_, disk_, nullptr,          nullptr, 0,
-                 true,   false,    {},    Pointer::Default, {},      {}};
+    Hands hands_{rules_, witness_,         disk_, nullptr, nullptr, 0, true, false,
+                 {},     Pointer::Default, {},    0,       {}};
     Desktop desktop_{hands_};
     OperatorWindows windows_{hands_};
     FixedMemory memory_;
