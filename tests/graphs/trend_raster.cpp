@@ -87,7 +87,7 @@ TEST(TrendRaster, PixelsAreAsFullAsTheLineCoversThem) {
             for (int c = column == 0 ? 0 : last + 1; c <= column; ++c) {
                 const double rise = column == 0 ? 0 : (y - before) / (column - last);
                 const auto [low, high] =
-                    std::minmax(y - rise * (column - c), y - rise * (column - c + 1));
+                    std::minmax({y - rise * (column - c), y - rise * (column - c + 1)});
                 top[static_cast<std::size_t>(c)] = low - 0.75;
                 bottom[static_cast<std::size_t>(c)] = high + 0.75;
             }

@@ -182,8 +182,8 @@ class World {
     PodClock clock_;
     std::unique_ptr<Cards> cards_;
     WitnessDriver witness_;
-    Hands hands_{rules_, witness_, disk_, nullptr,          nullptr, 0,
-                 true,   false,    {},    Pointer::Default, {},      {}};
+    Hands hands_{rules_, witness_,         disk_, nullptr, nullptr, 0, true, false,
+                 {},     Pointer::Default, {},    0,       {}};
     Desktop desktop_{hands_};
     OperatorWindows windows_{hands_};
     FixedMemory memory_;
