@@ -85,6 +85,34 @@ TEST_F(InterfaceSettingsTest, TheSameAddressChangesRateAndPowerOnly) {
     EXPECT_TRUE(dialog.closed());
 }
 
+TEST_F(InterfaceSettingsTest, AnExcludedAddressIsRefusedAndNothingChanges) {
+    driver.cards[CA00] = 5;
+    run_time.Link.ExcludeAddresses = {CA00};
+    choose_address(CA00);
+    choose_rate(250);
+    dialog.screen.chkPower.checked = true;
+    const std::string before = connection();
+    dialog.cmdOK_Click();
+    EXPECT_EQ(dialogs.take_boxes(),
+              (std::vector<ShownBox>{
+                  {"Cannot Connect:   Address CA00 is excluded in KAVORIX.INI", 48, "KAVORIX"}}));
+    EXPECT_TRUE(driver.recorded("Connect").empty());
+    EXPECT_EQ(connection(), before);
+    EXPECT_EQ(configuration.Interface.PowerOn, 0);
+    EXPECT_FALSE(dialog.closed());
+}
+
+// However often it is tried: the interval follows a rate that has come about.
+TEST_F(InterfaceSettingsTest, AFailedConnectionLeavesTheLogIntervalAlone) {
+    run_time.Log.ScanIntervalChoice = 2000;
+    choose_address(CA00);
+    choose_rate(500);
+    for (int tries = 0; tries < 2; ++tries) {
+        dialog.cmdOK_Click();
+        EXPECT_EQ(run_time.Log.ScanIntervalChoice, 2000);
+    }
+}
+
 TEST_F(InterfaceSettingsTest, CancelChangesNothing) {
     choose_rate(250);
     choose_address(CA00);

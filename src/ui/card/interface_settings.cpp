@@ -1,5 +1,6 @@
 #include "ui/card/interface_settings.h"
 
+#include <algorithm>
 #include <array>
 
 #include "base/numbers.h"
@@ -60,7 +61,9 @@ void InterfaceSettingsDialog::cmdOK_Click() {
         InterfaceSettings& card = configuration_.Interface;
         const auto rate = static_cast<std::int16_t>(screen.cboUserPollRate.code(card.PollRate));
         const auto address = static_cast<std::int16_t>(screen.cboBaseAddr.code(card.CardAddress));
+        if (address != card.CardAddress && excluded(address)) return;
         card.PowerOn = screen.chkPower.checked ? 1 : 0;
+        const std::int32_t interval_ms = with_.run_time.Log.ScanIntervalChoice;
         follow_poll_rate(rate);
         if (address == card.CardAddress) {
             card.PollRate = rate;
@@ -68,7 +71,20 @@ void InterfaceSettingsDialog::cmdOK_Click() {
         } else if (may_connect() && save_changes()) {
             closed_ = connect(address, rate);
         }
+        // The rate that it was to follow has not come about.
+        if (!closed_) with_.run_time.Log.ScanIntervalChoice = interval_ms;
     });
+}
+
+// The operator is told when the settings file excludes the address.
+bool InterfaceSettingsDialog::excluded(std::int16_t address) {
+    const auto& addresses = with_.run_time.Link.ExcludeAddresses;
+    if (std::find(addresses.begin(), addresses.end(), address) == addresses.end()) return false;
+    with_.dialogs.beep();
+    with_.dialogs.Msg_Box(
+        "Cannot Connect:   Address " + hex16(address) + " is excluded in KAVORIX.INI",
+        box::Exclamation, ProgramName);
+    return true;
 }
 
 void InterfaceSettingsDialog::follow_poll_rate(std::int16_t rate) {

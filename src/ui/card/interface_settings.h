@@ -56,6 +56,7 @@ class InterfaceSettingsDialog {
 
   private:
     void follow_poll_rate(std::int16_t rate);
+    bool excluded(std::int16_t address);
     bool may_connect();
     bool save_changes();
     bool connect(std::int16_t address, std::int16_t rate);
