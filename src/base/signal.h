@@ -62,9 +62,10 @@ class Signal {
                 if (--signal.telling_ == 0) signal.forget_ended();
             }
         } const told{*this};
+        // An entry stays where it is until the telling is over, whatever becomes of the list.
         for (std::size_t i = 0; i < count; ++i) {
-            const std::shared_ptr<Entry> entry = entries_[i];
-            if (entry->active) entry->listener(args...);
+            Entry& entry = *entries_[i];
+            if (entry.active) entry.listener(args...);
         }
     }
 

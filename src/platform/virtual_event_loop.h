@@ -15,12 +15,15 @@ class VirtualEventLoop : public ScheduledEventLoop {
   public:
     explicit VirtualEventLoop(const WallTime& start = {2026, 1, 5, 8, 0, 0, 0},
                               std::uint32_t first_tick = 0)
-        : first_tick_(first_tick), wall_base_(start) {}
+        : first_tick_(first_tick) {
+        set_wall_time(start);
+    }
 
     std::uint32_t tick_count() const override {
         return first_tick_ + static_cast<std::uint32_t>(now_);
     }
     WallTime wall_time() const override { return add_milliseconds(wall_base_, now_ - wall_at_); }
+    std::int64_t utc_ms() const override { return utc_base_ms_ + now_ - wall_at_; }
 
     void block(int ms) override { advance(std::max(ms, 0)); }
 
@@ -31,6 +34,7 @@ class VirtualEventLoop : public ScheduledEventLoop {
     void set_wall_time(const WallTime& time) {
         wall_base_ = time;
         wall_at_ = now_;
+        utc_base_ms_ = milliseconds_between(WallTime{}, time);
     }
 
     // Milliseconds since the start.
@@ -48,6 +52,7 @@ class VirtualEventLoop : public ScheduledEventLoop {
     std::uint32_t first_tick_;
     WallTime wall_base_;
     long long wall_at_ = 0;
+    std::int64_t utc_base_ms_ = 0;  // of wall_base_, taken for UTC
 };
 
 }  // namespace kavorix
